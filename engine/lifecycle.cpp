@@ -1,0 +1,93 @@
+// Creation, the reset before every file, and the rate.
+
+#include "base/log.h"
+#include "engine/my_ca_opengl_layer.h"
+
+namespace tolvane {
+
+MyCAOpenGLLayer::MyCAOpenGLLayer() {
+    static std::once_flag ffmpegSilenced;
+    std::call_once(ffmpegSilenced, [] { av_log_set_level(AV_LOG_QUIET); });
+}
+
+MyCAOpenGLLayer::~MyCAOpenGLLayer() { cleanBeforeQuit(); }
+
+void MyCAOpenGLLayer::cleanBeforeQuit() { cleanBeforeOpenFile(); }
+
+void MyCAOpenGLLayer::cleanBeforeOpenFile() {
+    try {
+        isAlsoHaveMovieValue = false;
+        stopPacketThread();
+        isInterlacedValue = false;
+
+        {
+            NamedLockGuard lock(rateMutex);
+            rateValue = 0.0;
+        }
+        {
+            NamedLockGuard lock(drawVideoMutex);
+            isResized = true;
+            countAfterChangeScreen = 1;
+        }
+
+        removeAllVideoPackets();
+        removeAllAudioPackets();
+
+        {
+            NamedLockGuard lock(bitmapDataThreadMutex);
+            vFrame.reset();
+        }
+        vFrameForSeeking.reset();
+
+        vCodec = nullptr;
+        vCodecCtx.reset();
+        aCodec = nullptr;
+        if (aCodecCtx) {
+            aCodecCtx.reset();
+            audioBytesPerChannelValue = 2;
+            audioOutputChannelsValue = 2;
+            isQuadValue = false;
+        }
+
+        if (pFormatCtx) {
+            pFormatCtx.reset();
+            videoStreamIdx = -1;
+            audioStreamIdx = -1;
+            fileDurationSecValue = 0.0;
+            isUglyKeyframeValue = false;
+            isSeekingVideo = false;
+            isSeekingAudio = true;  // deliberately the opposite of the video flag
+            {
+                NamedLockGuard lock(seekMutex);
+                countSeek = 0;
+            }
+            seekingMovieTimeSec = 0.0;
+        }
+
+        tracksRecord = Tracks{};
+
+        {
+            NamedLockGuard lock(bitmapDataQueueMutex);
+            bitmapDataForTemp.clear();
+            bitmapDataForTemp.shrink_to_fit();
+            frameWidth = 0.0f;
+            frameHeight = 0.0f;
+        }
+    } catch (const std::exception &e) {
+        logException("cbof", e.what());
+    }
+}
+
+double MyCAOpenGLLayer::rate() const {
+    NamedLockGuard lock(rateMutex);
+    return rateValue.load();
+}
+
+void MyCAOpenGLLayer::setRate(double newRate) {
+    NamedLockGuard lock(rateMutex);
+    if (newRate == 1.0 || newRate == 0.0) {
+        rateValue = newRate;
+    }
+}
+
+}  // namespace tolvane

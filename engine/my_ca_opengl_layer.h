@@ -1,0 +1,197 @@
+#pragma once
+
+#include <QString>
+#include <atomic>
+#include <memory>
+#include <vector>
+
+#include "base/named_mutex.h"
+#include "base/worker_thread.h"
+#include "engine/alert_presenter.h"
+#include "engine/cursor_queue.h"
+#include "engine/ffmpeg_handles.h"
+#include "engine/tracks.h"
+
+namespace tolvane {
+
+// Notifications the engine posts with itself as the object.
+inline constexpr const char *kAudioCodecErrorNotification = "MYOpenGLLayerAudioCodecError";
+inline constexpr const char *kIsInterlacedNotification = "MYOpenGLLayerIsInterlaced";
+
+// Result codes of openMovieFile().
+inline constexpr const char *kOpenSucceeded = "+1000";
+
+// pixelFormatMode values: the bitmap layout the decoded pictures are turned into.
+enum PixelFormatMode : int {
+    kPixelFormatUnsupported = 0,
+    kPixelFormat420p8 = 42010,
+    kPixelFormat420p8Interlaced = 42011,
+    kPixelFormat420p10 = 42020,
+    kPixelFormat444p10 = 44420,
+};
+
+// What the packet thread does on one pass, from its pacing table.
+enum class PacketPassAction { Sleep, Read };
+
+// The playback engine of FFmpeg mode: it owns the open file, the decoders,
+// the worker threads and every queue between them.
+//
+// Thread-safety: construction, openMovieFile(), cleanBeforeOpenFile(),
+// cleanBeforeQuit() and the setters run on the main thread. The packet-list
+// operations may be called from any thread; each takes its list's lock. The
+// worker threads read the counts, `rate` and the flags marked atomic without
+// locks.
+class MyCAOpenGLLayer {
+public:
+    MyCAOpenGLLayer();
+    ~MyCAOpenGLLayer();
+    MyCAOpenGLLayer(const MyCAOpenGLLayer &) = delete;
+    MyCAOpenGLLayer &operator=(const MyCAOpenGLLayer &) = delete;
+
+    // --- Lifecycle and opening
+    void cleanBeforeOpenFile();
+    void cleanBeforeQuit();
+    // Opens `path` and both decoders; "+1000" or one of the "-2000".."-2008" codes.
+    QString openMovieFile(const QString &path);
+    // The container duration of `path` in seconds, or -100.0 when the file has
+    // no video, no usable audio, or cannot be read. Opens a context of its own.
+    static double durationSecOfMovieFile(const QString &path);
+    static QString nameOfCodecID(AVCodecID codecID);
+    static QString nameOfPixelFormat(AVPixelFormat pixelFormat);
+
+    // Receives the "NOPXFMT" alert; null records it in recordedAlerts().
+    void setAlertPresenter(AlertPresenter *presenter) { alertPresenter = presenter; }
+    std::vector<RecordedAlert> recordedAlerts() const { return fallbackAlerts.alerts(); }
+
+    // --- Properties
+    const Tracks &tracks() const { return tracksRecord; }
+    double fileDurationSec() const { return fileDurationSecValue; }
+    int pixelFormatMode() const { return pixelFormatModeValue.load(); }
+    bool isUglyKeyframe() const { return isUglyKeyframeValue; }
+    bool isQuad() const { return isQuadValue; }
+    int audioBytesPerChannel() const { return audioBytesPerChannelValue; }
+    int audioOutputChannels() const { return audioOutputChannelsValue; }
+    int videoStreamIndex() const { return videoStreamIdx; }
+    int audioStreamIndex() const { return audioStreamIdx; }
+    bool isUseH264Acc() const { return isUseH264AccValue; }
+    void setIsUseH264Acc(bool value) { isUseH264AccValue = value; }
+    bool is10bitMode() const { return is10bitModeValue; }
+    void setIs10bitMode(bool value) { is10bitModeValue = value; }
+    bool isMacSupportH264Acc() const { return isMacSupportH264AccValue; }
+    bool isAlsoHaveMovie() const { return isAlsoHaveMovieValue.load(); }
+    bool isInterlaced() const { return isInterlacedValue.load(); }
+    int flagMessPTS() const { return flagMessPTSValue; }
+
+    // --- Rate (0.0 paused, 1.0 playing; other values are ignored)
+    double rate() const;
+    void setRate(double newRate);
+
+    // --- Packet lists. A packet handed to add*Packet() is moved into the list
+    // (the caller's packet is left blank). get*Packet() returns the next
+    // unread packet, borrowed: it stays owned by the list until the matching
+    // remove, and must not be unreferenced by the caller.
+    void addVideoPacket(AVPacket *packet);
+    AVPacket *getVideoPacket();
+    void removeVideoPacket();
+    void removeAllVideoPackets();
+    void addAudioPacket(AVPacket *packet);
+    AVPacket *getAudioPacket();
+    void removeAudioPacket();
+    void removeAllAudioPackets();
+    int videoPacketCount() const { return videoPackets.count(); }
+    int audioPacketCount() const { return audioPackets.count(); }
+
+    // --- Packet thread
+    void startPacketThread();
+    void stopPacketThread();
+    bool hasPacketThread() const { return packetThread != nullptr; }
+    // The pacing decision of one pass, from the rate and the two counts.
+    static PacketPassAction packetPassActionFor(double rate, int videoCount, int audioCount);
+    // One pass of the packet thread's loop: decides, and reads and queues one
+    // packet when the table says so. Returns what it did (Sleep when a read
+    // failed). Exposed so that the pacing can be driven without a thread.
+    PacketPassAction addPacketOnePass();
+
+private:
+    void addPacketOnThreadOnlyOne(const std::function<bool()> &isCancelled);
+    void showAlert(const QString &message, const QString &informativeText);
+    QString openMovieFileSteps(const QString &path);
+
+    // --- Locks, named for what they guard. Created with the engine.
+    mutable NamedRecursiveMutex videoPacketQueueMutex{"videoPacketQueue"};
+    mutable NamedRecursiveMutex audioPacketQueueMutex{"audioPacketQueue"};
+    mutable NamedRecursiveMutex packetThreadMutex{"packetThread"};
+    mutable NamedRecursiveMutex bitmapDataQueueMutex{"bitmapDataQueue"};
+    mutable NamedRecursiveMutex bitmapDataThreadMutex{"bitmapDataThread"};
+    mutable NamedRecursiveMutex holdingBitmapDataQueueMutex{"holdingBitmapDataQueue"};
+    mutable NamedRecursiveMutex holdingPictureQueueMutex{"holdingPictureQueue"};
+    mutable NamedRecursiveMutex holdingPictureStackMutex{"holdingPictureStack"};
+    mutable NamedRecursiveMutex sampleDataQueueMutex{"sampleDataQueue"};
+    mutable NamedRecursiveMutex sampleDataThreadMutex{"sampleDataThread"};
+    mutable NamedRecursiveMutex samplePoolMutex{"samplePool"};
+    mutable NamedRecursiveMutex startStopMutex{"startStopMutex"};
+    mutable NamedRecursiveMutex enoughMutex{"enoughMutex"};
+    mutable NamedRecursiveMutex rateMutex{"rate"};
+    mutable NamedRecursiveMutex seekMutex{"seek"};
+    mutable NamedRecursiveMutex changeAudioMutex{"changeAudio"};
+    mutable NamedRecursiveMutex drawVideoMutex{"drawVideo"};
+    mutable NamedRecursiveMutex sampleCountMutex{"sampleCount"};
+
+    // --- FFmpeg handles of the open file. Written on the main thread while
+    // no worker runs; the workers use them between start and stop.
+    FormatContextPtr pFormatCtx;
+    CodecContextPtr vCodecCtx;
+    CodecContextPtr aCodecCtx;
+    const AVCodec *vCodec = nullptr;
+    const AVCodec *aCodec = nullptr;
+    FramePtr vFrame;             // guarded by bitmapDataThreadMutex
+    FramePtr vFrameForSeeking;
+
+    // --- Stream choice and media description
+    int videoStreamIdx = -1;
+    int audioStreamIdx = -1;
+    Tracks tracksRecord;
+    double fileDurationSecValue = 0.0;
+    bool isUglyKeyframeValue = false;
+    std::atomic<int> pixelFormatModeValue{kPixelFormatUnsupported};  // pixel thread may set 42011
+    std::atomic<bool> isInterlacedValue{false};
+    int flagMessPTSValue = -100;  // guarded by holdingBitmapDataQueueMutex
+
+    // --- Decoding options and capabilities
+    bool isUseH264AccValue = true;
+    bool is10bitModeValue = true;
+    bool isMacSupportH264AccValue = false;
+
+    // --- Audio format of the chosen track
+    int audioBytesPerChannelValue = 2;
+    int audioOutputChannelsValue = 2;
+    bool isQuadValue = false;
+
+    // --- Worker threads
+    std::unique_ptr<WorkerThread> packetThread;
+
+    // --- Queues
+    CursorQueue<PacketPtr> videoPackets{videoPacketQueueMutex};
+    CursorQueue<PacketPtr> audioPackets{audioPacketQueueMutex};
+
+    // --- Clock and transport
+    std::atomic<double> rateValue{0.0};  // written under rateMutex, read anywhere
+    std::atomic<double> gNextVideoFramePtsSec{0.0};
+    std::atomic<bool> isAlsoHaveMovieValue{false};
+    std::atomic<bool> isSeekingVideo{false};
+    std::atomic<bool> isSeekingAudio{false};
+    int countSeek = 0;                          // guarded by seekMutex
+    std::atomic<double> seekingMovieTimeSec{0.0};
+
+    // --- Drawing
+    bool isResized = true;          // guarded by drawVideoMutex
+    int countAfterChangeScreen = 0;  // guarded by drawVideoMutex
+    std::vector<std::uint8_t> bitmapDataForTemp;  // guarded by bitmapDataQueueMutex
+    float frameWidth = 0.0f;                      // guarded by bitmapDataQueueMutex
+    float frameHeight = 0.0f;                     // guarded by bitmapDataQueueMutex
+
+    AlertPresenter *alertPresenter = nullptr;
+    RecordingAlertPresenter fallbackAlerts;
+};
+
+}  // namespace tolvane

@@ -1,0 +1,108 @@
+// The video and audio packet lists and the packet thread that fills them.
+
+#include "engine/my_ca_opengl_layer.h"
+
+namespace tolvane {
+
+namespace {
+
+constexpr int kMaxQueuedAudioPackets = 100;
+constexpr int kMaxQueuedVideoPackets = 100;
+// Below this many audio packets the video list may grow past its limit, so
+// that sparse audio never starves.
+constexpr int kMinAudioPacketsBeforeVideoLimit = 10;
+
+PacketPtr takePacket(AVPacket *packet) {
+    PacketPtr owned = makePacket();
+    av_packet_move_ref(owned.get(), packet);
+    return owned;
+}
+
+}  // namespace
+
+void MyCAOpenGLLayer::addVideoPacket(AVPacket *packet) { videoPackets.add(takePacket(packet)); }
+
+AVPacket *MyCAOpenGLLayer::getVideoPacket() {
+    PacketPtr *packet = videoPackets.read();
+    return packet != nullptr ? packet->get() : nullptr;
+}
+
+void MyCAOpenGLLayer::removeVideoPacket() { videoPackets.removeThroughCursor(); }
+
+void MyCAOpenGLLayer::removeAllVideoPackets() {
+    NamedLockGuard lock(videoPacketQueueMutex);
+    videoPackets.removeAll();
+    gNextVideoFramePtsSec = 0.0;
+}
+
+void MyCAOpenGLLayer::addAudioPacket(AVPacket *packet) { audioPackets.add(takePacket(packet)); }
+
+AVPacket *MyCAOpenGLLayer::getAudioPacket() {
+    PacketPtr *packet = audioPackets.read();
+    return packet != nullptr ? packet->get() : nullptr;
+}
+
+void MyCAOpenGLLayer::removeAudioPacket() { audioPackets.removeThroughCursor(); }
+
+void MyCAOpenGLLayer::removeAllAudioPackets() { audioPackets.removeAll(); }
+
+void MyCAOpenGLLayer::startPacketThread() {
+    if (packetThread) {
+        return;
+    }
+    packetThread = std::make_unique<WorkerThread>(
+        "tolvane-packet",
+        [this](const std::function<bool()> &isCancelled) { addPacketOnThreadOnlyOne(isCancelled); });
+    packetThread->start();
+}
+
+void MyCAOpenGLLayer::stopPacketThread() {
+    if (!packetThread) {
+        return;
+    }
+    packetThread->stop();
+    packetThread.reset();
+}
+
+PacketPassAction MyCAOpenGLLayer::packetPassActionFor(double rate, int videoCount, int audioCount) {
+    if (rate == 0.0) {
+        return PacketPassAction::Sleep;
+    }
+    if (audioCount >= kMaxQueuedAudioPackets) {
+        return PacketPassAction::Sleep;
+    }
+    if (videoCount >= kMaxQueuedVideoPackets && audioCount >= kMinAudioPacketsBeforeVideoLimit) {
+        return PacketPassAction::Sleep;
+    }
+    return PacketPassAction::Read;
+}
+
+PacketPassAction MyCAOpenGLLayer::addPacketOnePass() {
+    const PacketPassAction action =
+        packetPassActionFor(rateValue.load(), videoPackets.count(), audioPackets.count());
+    if (action != PacketPassAction::Read || !pFormatCtx) {
+        return PacketPassAction::Sleep;
+    }
+    PacketPtr packet = makePacket();
+    // End of file and read errors alike: try again on a later pass.
+    if (av_read_frame(pFormatCtx.get(), packet.get()) < 0) {
+        return PacketPassAction::Sleep;
+    }
+    if (packet->stream_index == videoStreamIdx) {
+        videoPackets.add(std::move(packet));
+    } else if (packet->stream_index == audioStreamIdx) {
+        audioPackets.add(std::move(packet));
+    }
+    return PacketPassAction::Read;
+}
+
+void MyCAOpenGLLayer::addPacketOnThreadOnlyOne(const std::function<bool()> &isCancelled) {
+    NamedLockGuard threadLock(packetThreadMutex);
+    while (!isCancelled()) {
+        if (addPacketOnePass() == PacketPassAction::Sleep) {
+            sleepForIdleTurn();
+        }
+    }
+}
+
+}  // namespace tolvane

@@ -1,0 +1,84 @@
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "engine/media_description.h"
+
+namespace tolvane {
+namespace {
+
+struct ChannelCase {
+    const char *layout;
+    const char *expected;
+    bool isQuad;
+};
+
+// English table: MONO "Mono", STEREO "Stereo", CHANNELS "Channels",
+// REDUCHANNELS " channels".
+const ChannelCase kChannelCases[] = {
+    {"mono", "Mono", false},
+    {"stereo", "Stereo", false},
+    {"5.1(side)", "5.1 Channels", false},
+    {"5.1", "5.1 Channels", false},
+    {"7.1(wide)", "7.1 Channels", false},
+    {"7.1(wide-side)", "7.1(wide-side)", false},
+    {"quad", "4.0 Channels", true},
+    {"quad(side)", "4.0 Channels", true},
+    {"4.0", "4.0 Channels", false},
+    {"6.1", "6.1 Channels", false},
+    {"5.0(side)", "5.0 Channels", false},
+    {"3 channels", "3 channels", false},
+    {"3 Channels", "3 channels", false},
+    {"2.1", "2.1", false},
+    {"hexadecagonal", "hexadecagonal", false},
+};
+
+TEST(ChannelDescription, FollowsTheLayoutTable) {
+    for (const ChannelCase &c : kChannelCases) {
+        bool isQuad = !c.isQuad;
+        EXPECT_EQ(channelDescriptionFromLayoutText(QString::fromUtf8(c.layout), &isQuad),
+                  QString::fromUtf8(c.expected))
+            << c.layout;
+        EXPECT_EQ(isQuad, c.isQuad) << c.layout;
+    }
+}
+
+TEST(UglyKeyframe, LargestMinDistanceUpToTheSecondKeyframe) {
+    const int key = AVINDEX_KEYFRAME;
+    struct Case {
+        std::vector<IndexEntrySummary> entries;
+        bool expected;
+    };
+    const Case cases[] = {
+        {{}, false},
+        {{{key, 0}, {0, 1}, {0, 239}, {key, 239}}, false},
+        {{{key, 0}, {0, 120}, {key, 240}}, true},
+        // Entries after the second key frame are not looked at.
+        {{{key, 0}, {key, 10}, {0, 500}}, false},
+        // A discard-flagged key frame does not count as a key frame.
+        {{{key, 0}, {key | 2, 5}, {0, 300}, {key, 0}}, true},
+    };
+    for (const Case &c : cases) {
+        EXPECT_EQ(isUglyKeyframeFromIndexEntries(c.entries), c.expected)
+            << "entries: " << c.entries.size();
+    }
+}
+
+TEST(FormatTables, PixelFormatModesAndBytesPerChannel) {
+    EXPECT_EQ(pixelFormatModeFor(AV_PIX_FMT_YUV420P), 42010);
+    EXPECT_EQ(pixelFormatModeFor(AV_PIX_FMT_YUV420P10LE), 42020);
+    EXPECT_EQ(pixelFormatModeFor(AV_PIX_FMT_YUV444P10LE), 44420);
+    EXPECT_EQ(pixelFormatModeFor(AV_PIX_FMT_YUVJ420P), 0);
+    EXPECT_EQ(pixelFormatModeFor(AV_PIX_FMT_YUV422P), 0);
+    for (AVSampleFormat format : {AV_SAMPLE_FMT_S32, AV_SAMPLE_FMT_FLT, AV_SAMPLE_FMT_S32P,
+                                  AV_SAMPLE_FMT_FLTP}) {
+        EXPECT_EQ(audioBytesPerChannelFor(format), 4) << av_get_sample_fmt_name(format);
+    }
+    for (AVSampleFormat format : {AV_SAMPLE_FMT_U8, AV_SAMPLE_FMT_S16, AV_SAMPLE_FMT_DBL,
+                                  AV_SAMPLE_FMT_U8P, AV_SAMPLE_FMT_S16P, AV_SAMPLE_FMT_DBLP}) {
+        EXPECT_EQ(audioBytesPerChannelFor(format), 2) << av_get_sample_fmt_name(format);
+    }
+}
+
+}  // namespace
+}  // namespace tolvane

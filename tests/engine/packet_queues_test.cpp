@@ -1,0 +1,141 @@
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "engine/my_ca_opengl_layer.h"
+#include "support/qt_printers.h"
+#include "support/test_media.h"
+
+namespace tolvane {
+namespace {
+
+using test::mediaPath;
+
+TEST(PacketPacing, FollowsTheTable) {
+    struct Case {
+        double rate;
+        int video;
+        int audio;
+        PacketPassAction expected;
+    };
+    const Case cases[] = {
+        {0.0, 0, 0, PacketPassAction::Sleep},      // paused reads nothing, however empty
+        {1.0, 0, 0, PacketPassAction::Read},
+        {1.0, 0, 99, PacketPassAction::Read},
+        {1.0, 0, 100, PacketPassAction::Sleep},    // audio full
+        {1.0, 99, 50, PacketPassAction::Read},
+        {1.0, 100, 10, PacketPassAction::Sleep},   // video full with enough audio
+        {1.0, 100, 9, PacketPassAction::Read},     // sparse audio: video grows past 100
+        {1.0, 500, 9, PacketPassAction::Read},
+    };
+    for (const Case &c : cases) {
+        EXPECT_EQ(MyCAOpenGLLayer::packetPassActionFor(c.rate, c.video, c.audio), c.expected)
+            << "rate " << c.rate << " video " << c.video << " audio " << c.audio;
+    }
+}
+
+class PacketListTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_EQ(engine.openMovieFile(mediaPath("three_audio.mkv")),
+                  QLatin1String(kOpenSucceeded));
+    }
+    // Reads packets until `video` video packets are queued or the file ends.
+    void readUntilVideoCount(int video) {
+        engine.setRate(1.0);
+        for (int pass = 0; pass < 10000 && engine.videoPacketCount() < video; ++pass) {
+            engine.addPacketOnePass();
+        }
+    }
+    MyCAOpenGLLayer engine;
+};
+
+TEST_F(PacketListTest, PausedEngineReadsNothing) {
+    EXPECT_EQ(engine.addPacketOnePass(), PacketPassAction::Sleep);
+    EXPECT_EQ(engine.videoPacketCount() + engine.audioPacketCount(), 0);
+}
+
+TEST_F(PacketListTest, OtherStreamsArePacketsDroppedAtOnce) {
+    readUntilVideoCount(40);
+    std::set<int> videoStreams;
+    std::set<int> audioStreams;
+    while (AVPacket *packet = engine.getVideoPacket()) {
+        videoStreams.insert(packet->stream_index);
+    }
+    while (AVPacket *packet = engine.getAudioPacket()) {
+        audioStreams.insert(packet->stream_index);
+    }
+    EXPECT_EQ(videoStreams, std::set<int>{0});
+    EXPECT_EQ(audioStreams, std::set<int>{1});
+}
+
+TEST_F(PacketListTest, RemoveFreesTheReadPacketsAndKeepsTheUnread) {
+    readUntilVideoCount(10);
+    const int held = engine.videoPacketCount();
+    ASSERT_GE(held, 10);
+    engine.getVideoPacket();
+    engine.getVideoPacket();
+    AVPacket *third = engine.getVideoPacket();
+    ASSERT_NE(third, nullptr);
+    const int64_t thirdPts = third->pts;
+    engine.removeVideoPacket();
+    EXPECT_EQ(engine.videoPacketCount(), held - 3);
+    AVPacket *next = engine.getVideoPacket();
+    ASSERT_NE(next, nullptr);
+    EXPECT_NE(next->pts, thirdPts);
+    engine.removeAllVideoPackets();
+    EXPECT_EQ(engine.videoPacketCount(), 0);
+    EXPECT_EQ(engine.getVideoPacket(), nullptr);
+}
+
+TEST_F(PacketListTest, GetOnAFullyReadListReturnsNull) {
+    readUntilVideoCount(3);
+    const int held = engine.audioPacketCount();
+    for (int i = 0; i < held; ++i) {
+        ASSERT_NE(engine.getAudioPacket(), nullptr);
+    }
+    EXPECT_EQ(engine.getAudioPacket(), nullptr);
+    engine.removeAudioPacket();
+    EXPECT_EQ(engine.audioPacketCount(), 0);
+}
+
+TEST_F(PacketListTest, AddTakesThePacketOver) {
+    PacketPtr packet = makePacket();
+    ASSERT_EQ(av_new_packet(packet.get(), 16), 0);
+    packet->stream_index = 0;
+    packet->pts = 1234;
+    engine.addVideoPacket(packet.get());
+    EXPECT_EQ(packet->data, nullptr) << "the caller's packet is left blank";
+    AVPacket *held = engine.getVideoPacket();
+    ASSERT_NE(held, nullptr);
+    EXPECT_EQ(held->pts, 1234);
+    EXPECT_EQ(held->size, 16);
+}
+
+TEST_F(PacketListTest, EndOfFileKeepsTheThreadAliveAndTheListsDrainable) {
+    engine.setRate(1.0);
+    engine.startPacketThread();
+    // The whole 2 s file fits under the limits, so every packet gets queued.
+    int lastTotal = -1;
+    ASSERT_TRUE(test::waitUntil([&] {
+        const int total = engine.videoPacketCount() + engine.audioPacketCount();
+        const bool settled = total == lastTotal && total > 0;
+        lastTotal = total;
+        return settled && engine.videoPacketCount() == 50;
+    }));
+    EXPECT_TRUE(engine.hasPacketThread());
+    engine.removeVideoPacket();
+    EXPECT_EQ(engine.videoPacketCount(), 0);
+    engine.stopPacketThread();
+    engine.stopPacketThread();
+    EXPECT_FALSE(engine.hasPacketThread());
+}
+
+TEST(PacketThread, StopWithoutAThreadDoesNothing) {
+    MyCAOpenGLLayer engine;
+    engine.stopPacketThread();
+    EXPECT_FALSE(engine.hasPacketThread());
+}
+
+}  // namespace
+}  // namespace tolvane

@@ -1,0 +1,23 @@
+#include "test_media.h"
+
+#include <chrono>
+#include <thread>
+
+namespace tolvane::test {
+
+QString mediaPath(const char *fileName) {
+    return QStringLiteral(TOLVANE_TEST_MEDIA_DIR "/") + QString::fromUtf8(fileName);
+}
+
+bool waitUntil(const std::function<bool()> &condition, int timeoutMs) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() >= deadline) {
+            return false;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    return true;
+}
+
+}  // namespace tolvane::test

@@ -1,0 +1,62 @@
+// tolvane-probe: runs the engine and the subtitle code without a window and
+// prints what they produce as JSON, for diagnosis and for checks from outside.
+
+#include <QCoreApplication>
+#include <QJsonDocument>
+#include <QTextStream>
+#include <cstdio>
+#include <functional>
+#include <map>
+
+#include "base/localized_strings.h"
+#include "probe_commands.h"
+
+namespace tolvane::probe {
+
+void printJson(const QVariant &document) {
+    const QByteArray json = QJsonDocument::fromVariant(document).toJson(QJsonDocument::Compact);
+    std::fwrite(json.constData(), 1, std::size_t(json.size()), stdout);
+    std::fputc('\n', stdout);
+    std::fflush(stdout);
+}
+
+}  // namespace tolvane::probe
+
+namespace {
+
+struct Subcommand {
+    std::function<int(const QStringList &)> run;
+    const char *usage;
+};
+
+const std::map<QString, Subcommand> &subcommands() {
+    static const std::map<QString, Subcommand> table = {
+        {QStringLiteral("tracks"), {tolvane::probe::runTracksCommand, "tracks FILE"}},
+    };
+    return table;
+}
+
+int printUsage() {
+    QTextStream err(stderr);
+    err << "usage: tolvane-probe COMMAND [ARGS]\ncommands:\n";
+    for (const auto &[name, command] : subcommands()) {
+        err << "  " << command.usage << '\n';
+    }
+    return 2;
+}
+
+}  // namespace
+
+int main(int argc, char **argv) {
+    QCoreApplication application(argc, argv);
+    tolvane::installLocalizedStrings();
+    QStringList arguments = QCoreApplication::arguments().mid(1);
+    if (arguments.isEmpty()) {
+        return printUsage();
+    }
+    const auto found = subcommands().find(arguments.takeFirst());
+    if (found == subcommands().end()) {
+        return printUsage();
+    }
+    return found->second.run(arguments);
+}

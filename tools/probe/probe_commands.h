@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QStringList>
+
+namespace tolvane::probe {
+
+// Each subcommand takes its own arguments (without the subcommand's name),
+// prints its JSON to standard output and returns the process exit status.
+int runTracksCommand(const QStringList &arguments);
+
+// Prints `document` as one line of JSON.
+void printJson(const QVariant &document);
+
+}  // namespace tolvane::probe
