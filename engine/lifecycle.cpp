@@ -90,4 +90,23 @@ void MyCAOpenGLLayer::setRate(double newRate) {
     }
 }
 
+double MyCAOpenGLLayer::startTimeSec() const {
+    const auto found = tracksRecord.audiotrack.find(audioStreamIdx);
+    return found != tracksRecord.audiotrack.end() ? found->second.starttimesec : 0.0;
+}
+
+double MyCAOpenGLLayer::currentTimeSec() const {
+    // Sources sampled at 8 kHz or less are timed as 8 kHz.
+    constexpr double kLowestClockSampleRate = 8000.0;
+    const auto found = tracksRecord.audiotrack.find(audioStreamIdx);
+    if (found == tracksRecord.audiotrack.end()) {
+        return 0.0;
+    }
+    const double sampleRate = found->second.samplerate <= 8000
+                                  ? kLowestClockSampleRate
+                                  : double(found->second.samplerate);
+    NamedLockGuard lock(sampleCountMutex);
+    return double(gOutputtedSampleCount.load()) / sampleRate;
+}
+
 }  // namespace tolvane

@@ -86,6 +86,12 @@ public:
     double rate() const;
     void setRate(double newRate);
 
+    // --- Clock. Times are on the audio stream's own time line (its start time
+    // included); subtract startTimeSec() for the position shown to the user.
+    // Both are 0 without an open file. Any thread.
+    double startTimeSec() const;
+    double currentTimeSec() const;
+
     // --- Packet lists. A packet handed to add*Packet() is moved into the list
     // (the caller's packet is left blank). get*Packet() returns the next
     // unread packet, borrowed: it stays owned by the list until the matching
@@ -177,6 +183,10 @@ private:
     // --- Clock and transport
     std::atomic<double> rateValue{0.0};  // written under rateMutex, read anywhere
     std::atomic<double> gNextVideoFramePtsSec{0.0};
+    // The samples the output has played and the samples decoded so far;
+    // written under sampleCountMutex, read by the clock from any thread.
+    std::atomic<std::int64_t> gOutputtedSampleCount{0};
+    std::atomic<std::int64_t> gReadedSampleCount{0};
     std::atomic<bool> isAlsoHaveMovieValue{false};
     std::atomic<bool> isSeekingVideo{false};
     std::atomic<bool> isSeekingAudio{false};
