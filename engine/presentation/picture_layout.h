@@ -1,0 +1,35 @@
+#pragma once
+
+namespace tolvane {
+
+// How a converted bitmap is laid out in memory, which decides how it is
+// uploaded and turned into RGB on the GPU.
+enum class PictureLayout {
+    Packed422,  // bytes U, Y0, V, Y1 for each pair of pixels ("2vuy"), W x rows x 2
+    Rgba16,     // 16-bit R, G, B, A per pixel, W x H x 8
+    Argb8,      // 8-bit A, R, G, B per pixel, W x H x 4
+};
+
+// Y'CbCr matrices, chosen by picture height as broadcast practice does.
+enum class ColourMatrix { Bt601, Bt709 };
+
+// A converted picture as the presentation sees it. `data` is borrowed for the
+// duration of the draw call.
+struct PictureView {
+    int pixelFormatMode = 0;
+    bool is10bitMode = true;
+    const unsigned char *data = nullptr;
+    int width = 0;
+    int height = 0;  // the decoded frame's full height, also for the one-field layout
+};
+
+PictureLayout pictureLayoutFor(int pixelFormatMode, bool is10bitMode);
+// Rows held by the bitmap: half the frame height for the one-field layout.
+int bitmapRowsFor(int pixelFormatMode, int frameHeight);
+int bitmapBytesPerRowFor(PictureLayout layout, int width);
+// Exposure in stops applied when drawing: RGB pictures computed without range
+// expansion get half a stop, 4:2:2 pictures a tenth.
+double exposureEVFor(PictureLayout layout);
+ColourMatrix colourMatrixForHeight(int frameHeight);
+
+}  // namespace tolvane
