@@ -1,12 +1,12 @@
 #include <gtest/gtest.h>
 
-#include <QGuiApplication>
+#include <QApplication>
 
 #include "base/localized_strings.h"
 
-// Entry point of tests that need a QGuiApplication (fonts, OpenGL, windows).
+// Entry point of tests that need a GUI application (fonts, OpenGL, widgets).
 int main(int argc, char **argv) {
-    QGuiApplication application(argc, argv);
+    QApplication application(argc, argv);
     tolvane::installLocalizedStrings(QLocale(QLocale::English));
     ::testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
