@@ -1,0 +1,101 @@
+#include "engine/draw_decision.h"
+
+#include <gtest/gtest.h>
+
+namespace tolvane {
+namespace {
+
+// A playing engine with a current frame and audio under way, clock at 10 s.
+DrawDecisionState playing(std::optional<double> nextFrameTimeSec) {
+    DrawDecisionState state;
+    state.rate = 1.0;
+    state.hasPlayedAudio = true;
+    state.hasCurrentFrame = true;
+    state.currentTimeSec = 10.0;
+    state.nextFrameTimeSec = nextFrameTimeSec;
+    return state;
+}
+
+TEST(DrawDecision, NextFrameByHowFarItIsFromTheClock) {
+    struct Case {
+        std::optional<double> frameTime;
+        bool answer;
+        NextFrameAction action;
+        std::optional<bool> isSkipping;
+    };
+    const Case cases[] = {
+        {9.9, true, NextFrameAction::MakeCurrent, false},    // 0.1 s behind: shown
+        {10.0, true, NextFrameAction::MakeCurrent, false},   // exactly due
+        {9.85, true, NextFrameAction::MakeCurrent, false},   // near the limit
+        {9.8, false, NextFrameAction::Discard, true},        // 0.2 s behind: dropped
+        {10.05, false, NextFrameAction::OfferAgain, std::nullopt},  // early: next time
+        {std::nullopt, false, NextFrameAction::None, std::nullopt},
+    };
+    for (const Case &c : cases) {
+        const DrawDecision decision = decideDraw(playing(c.frameTime));
+        const double shown = c.frameTime.value_or(-1.0);
+        EXPECT_EQ(decision.answer, c.answer) << shown;
+        EXPECT_EQ(decision.frameAction, c.action) << shown;
+        EXPECT_EQ(decision.isSkipping, c.isSkipping) << shown;
+        EXPECT_FALSE(decision.clearBuffers) << shown;
+    }
+}
+
+TEST(DrawDecision, ClearsUntilTheFirstAudioFrameHasPlayed) {
+    DrawDecisionState state = playing(10.0);
+    state.hasPlayedAudio = false;
+    state.currentTimeSec = 10.0;
+    EXPECT_TRUE(decideDraw(state).clearBuffers);
+    state.hasPlayedAudio = true;
+    EXPECT_FALSE(decideDraw(state).clearBuffers);
+}
+
+TEST(DrawDecision, AfterAResizeTheOldFrameIsRedrawnWithoutTakingANewOne) {
+    DrawDecisionState state = playing(9.9);
+    state.isResized = true;
+    state.countAfterChangeScreen = 0;
+    DrawDecision decision = decideDraw(state);
+    EXPECT_TRUE(decision.answer);
+    EXPECT_EQ(decision.frameAction, NextFrameAction::None);
+    EXPECT_FALSE(decision.isResized);
+    EXPECT_FALSE(decision.rebuildDrawingState);
+    EXPECT_FALSE(decision.stopAsynchronous);
+
+    state.hasCurrentFrame = false;
+    EXPECT_FALSE(decideDraw(state).answer) << "nothing to redraw yet";
+}
+
+TEST(DrawDecision, ChangeOfScreenRebuildsForAsManyDecisionsAsCounted) {
+    DrawDecisionState state = playing(9.9);
+    state.isResized = true;
+    state.countAfterChangeScreen = 2;
+    DrawDecision first = decideDraw(state);
+    EXPECT_TRUE(first.rebuildDrawingState);
+    EXPECT_EQ(first.countAfterChangeScreen, 1);
+    EXPECT_TRUE(first.isResized) << "stays set until the rebuilds are done";
+
+    state.countAfterChangeScreen = first.countAfterChangeScreen;
+    DrawDecision second = decideDraw(state);
+    EXPECT_TRUE(second.rebuildDrawingState);
+    EXPECT_EQ(second.countAfterChangeScreen, 0);
+    EXPECT_FALSE(second.isResized);
+}
+
+TEST(DrawDecision, ResizedWhilePausedStopsTheRefreshes) {
+    DrawDecisionState state = playing(9.9);
+    state.rate = 0.0;
+    state.isResized = true;
+    EXPECT_TRUE(decideDraw(state).stopAsynchronous);
+}
+
+TEST(DrawDecision, SeekPreviewIsDrawnOnceAndTheFlagCleared) {
+    DrawDecisionState state = playing(9.9);
+    state.isSeekingVideo = true;
+    const DrawDecision decision = decideDraw(state);
+    EXPECT_TRUE(decision.answer);
+    EXPECT_TRUE(decision.isSeekingVideoCleared);
+    EXPECT_EQ(decision.frameAction, NextFrameAction::None);
+}
+
+}  // namespace
+}  // namespace tolvane
