@@ -1,0 +1,194 @@
+#include "subtitles/text_encodings.h"
+
+#include <gtest/gtest.h>
+#include <unicode/ucnv.h>
+
+#include <QCoreApplication>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <unistd.h>
+#include <QTextStream>
+
+#include "support/qt_printers.h"
+
+namespace tolvane {
+namespace {
+
+// Encodes `text` with ICU for building test files.
+QByteArray encodeAs(const QString &text, const char *icuName) {
+    UErrorCode status = U_ZERO_ERROR;
+    UConverter *converter = ucnv_open(icuName, &status);
+    QByteArray bytes(text.size() * 4 + 8, '\0');
+    const int32_t length =
+        ucnv_fromUChars(converter, bytes.data(), int32_t(bytes.size()),
+                        reinterpret_cast<const UChar *>(text.utf16()), int32_t(text.size()), &status);
+    ucnv_close(converter);
+    EXPECT_TRUE(U_SUCCESS(status)) << icuName << ": " << u_errorName(status);
+    bytes.truncate(length);
+    return bytes;
+}
+
+const QString kKorean = QStringLiteral(
+    "<SAMI><BODY><SYNC Start=1000><P Class=KRCC>안녕하세요. 오늘은 날씨가 참 좋네요.\n"
+    "<SYNC Start=3000><P Class=KRCC>우리 같이 산책하러 갈까요? 공원에 꽃이 피었어요.\n"
+    "<SYNC Start=5000><P Class=KRCC>그래요, 점심을 먹고 나서 천천히 걸어가요.\n");
+const QString kJapanese = QStringLiteral(
+    "1\n00:00:01,000 --> 00:00:02,000\nこんにちは、世界。字幕のテストです。\n\n"
+    "2\n00:00:03,000 --> 00:00:04,000\n今日はとても良い天気ですね。散歩に行きましょう。\n\n"
+    "3\n00:00:05,000 --> 00:00:06,000\n昼ご飯を食べてから、ゆっくり歩いて行きましょう。\n");
+
+TEST(TextEncodingItems, EveryConverterOpensAndTheFixedItemsAreWhereTheSettingExpects) {
+    const auto items = textEncodingItems();
+    ASSERT_GT(items.size(), 30u);
+    EXPECT_STREQ(items[kUtf8EncodingItem].icuName, "UTF-8");
+    EXPECT_STREQ(items[kUtf16EncodingItem].icuName, "UTF-16");
+    EXPECT_EQ(items[kAutomaticEncodingItem].kind, TextEncodingItem::Kind::Automatic);
+    for (const TextEncodingItem &item : items) {
+        if (item.kind != TextEncodingItem::Kind::Encoding) {
+            continue;
+        }
+        UErrorCode status = U_ZERO_ERROR;
+        UConverter *converter = ucnv_open(item.icuName, &status);
+        EXPECT_TRUE(U_SUCCESS(status)) << item.icuName;
+        ucnv_close(converter);
+    }
+    EXPECT_EQ(encodingItemsToTry(7), (std::vector<int>{0, 7, 1}));
+}
+
+TEST(DecodeTextStrictly, ReadsEachFormAndRejectsIllegalBytes) {
+    const QString text = QStringLiteral("<P>자막 字幕 subtitle</P>");
+    struct Case {
+        const char *what;
+        QByteArray bytes;
+        const char *icuName;
+        std::optional<QString> expected;
+    };
+    const Case cases[] = {
+        {"UTF-8", text.toUtf8(), "UTF-8", text},
+        {"UTF-8 with BOM", "\xEF\xBB\xBF" + text.toUtf8(), "UTF-8", text},
+        {"UTF-16 LE with BOM", "\xFF\xFE" + encodeAs(text, "UTF-16LE"), "UTF-16", text},
+        {"UTF-16 BE with BOM", "\xFE\xFF" + encodeAs(text, "UTF-16BE"), "UTF-16", text},
+        {"UTF-16 LE without BOM", encodeAs(text, "UTF-16LE"), "UTF-16", text},
+        {"UTF-16 BE without BOM", encodeAs(text, "UTF-16BE"), "UTF-16", text},
+        // U+B620 exists in windows-949 only, not in plain EUC-KR.
+        {"windows-949 extension", QByteArray("\xbe\xc8\xb3\xe7 \x8c\x63"), "windows-949-2000",
+         QStringLiteral("안녕 똠")},
+        {"invalid UTF-8", QByteArray("caf\xe9 au lait"), "UTF-8", std::nullopt},
+        {"truncated UTF-8", QByteArray("ok \xec\x9e"), "UTF-8", std::nullopt},
+        {"odd-length UTF-16", QByteArray("\xFF\xFE" "a\0b", 5), "UTF-16", std::nullopt},
+        {"invalid Shift_JIS", QByteArray("\x82\xb1\xff\xff"), "Shift_JIS", std::nullopt},
+        {"empty", QByteArray(), "UTF-8", QString()},
+    };
+    for (const Case &c : cases) {
+        EXPECT_EQ(decodeTextStrictly(c.bytes, c.icuName), c.expected) << c.what;
+    }
+}
+
+TEST(DetectTextEncoding, RecognisesCjkTextAndFallsBackToTheLocale) {
+    EXPECT_EQ(detectTextEncoding(encodeAs(kKorean, "windows-949-2000")), "windows-949-2000");
+    EXPECT_EQ(detectTextEncoding(encodeAs(kKorean, "EUC-KR")), "windows-949-2000");
+    EXPECT_EQ(detectTextEncoding(encodeAs(kJapanese, "Shift_JIS")), "SHIFT_JIS");
+    struct Case {
+        QLocale::Language language;
+        const char *expected;
+    };
+    for (const Case &c : {Case{QLocale::Korean, "windows-949-2000"}, Case{QLocale::Japanese, "Shift_JIS"},
+                          Case{QLocale::Chinese, "GB18030"}, Case{QLocale::English, "windows-1252"},
+                          Case{QLocale::French, "windows-1252"}}) {
+        EXPECT_EQ(detectTextEncoding(QByteArray(), QLocale(c.language)), c.expected);
+    }
+}
+
+class ReadTextFileTest : public ::testing::Test {
+protected:
+    QString write(const char *name, const QByteArray &bytes) {
+        QFile file(directory.filePath(QString::fromUtf8(name)));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+        return file.fileName();
+    }
+    QTemporaryDir directory;
+};
+
+TEST_F(ReadTextFileTest, TriesUtf8ThenTheUsersItemThenUtf16) {
+    const QString korean = write("ko.smi", encodeAs(kKorean, "windows-949-2000"));
+    const auto automatic = encodingItemsToTry(kAutomaticEncodingItem);
+    TextReadResult result = readTextFile(korean, automatic, QLocale(QLocale::English));
+    ASSERT_TRUE(result.text);
+    EXPECT_EQ(*result.text, kKorean);
+    EXPECT_EQ(result.encoding, "windows-949-2000");
+
+    const QString japanese = write("ja.srt", encodeAs(kJapanese, "Shift_JIS"));
+    result = readTextFile(japanese, automatic, QLocale(QLocale::Korean));
+    ASSERT_TRUE(result.text);
+    EXPECT_EQ(*result.text, kJapanese);
+
+    const QString utf16 = write("u16.srt", "\xFF\xFE" + encodeAs(kJapanese, "UTF-16LE"));
+    const int koreanItem = 5;
+    ASSERT_STREQ(textEncodingItems()[koreanItem].icuName, "windows-949-2000");
+    result = readTextFile(utf16, encodingItemsToTry(koreanItem), QLocale(QLocale::English));
+    ASSERT_TRUE(result.text);
+    EXPECT_EQ(result.encoding, "UTF-16");
+    EXPECT_EQ(*result.text, kJapanese);
+}
+
+TEST_F(ReadTextFileTest, TellsTheThreeFailuresApart) {
+    const auto tries = encodingItemsToTry(kAutomaticEncodingItem);
+    // Not UTF-8, not the user's Shift_JIS, and an odd length for UTF-16.
+    const int shiftJisItem = 6;
+    ASSERT_STREQ(textEncodingItems()[shiftJisItem].icuName, "Shift_JIS");
+    const QString undecodable = write("bad.srt", QByteArray("\x82\xb1\xff\xff\xfe", 5));
+    EXPECT_EQ(readTextFile(undecodable, encodingItemsToTry(shiftJisItem)).failure,
+              TextReadFailure::Undecodable);
+    EXPECT_EQ(readTextFile(directory.filePath("missing.srt"), tries).failure,
+              TextReadFailure::Other);
+    EXPECT_EQ(readTextFile(directory.path(), tries).failure, TextReadFailure::Other)
+        << "a folder is no text file";
+
+    QFile huge(directory.filePath("huge.srt"));
+    ASSERT_TRUE(huge.open(QIODevice::WriteOnly));
+    ASSERT_TRUE(huge.resize(kMaxTextFileBytes + 1));  // sparse: costs no disk
+    huge.close();
+    EXPECT_EQ(readTextFile(huge.fileName(), tries).failure, TextReadFailure::Other);
+
+    int reads = 0;
+    const auto refused = [&reads](const QString &) {
+        ++reads;
+        return FileBytes{std::nullopt, true};
+    };
+    const TextReadResult result = readTextFile("any.smi", tries, QLocale(), refused);
+    EXPECT_EQ(result.failure, TextReadFailure::NoPermission);
+    EXPECT_FALSE(result.text);
+    EXPECT_EQ(reads, 1);
+}
+
+// Root reads every file, so as root this test runs itself again as "nobody".
+TEST_F(ReadTextFileTest, UnreadableFileIsRefusedForAnOrdinaryUser) {
+    const QByteArray given = qgetenv("TOLVANE_LOCKED_FILE");
+    if (!given.isEmpty()) {
+        EXPECT_TRUE(readFileBytes(QString::fromLocal8Bit(given)).permissionDenied);
+        EXPECT_EQ(readFileBytes(directory.filePath("absent")).permissionDenied, false);
+        return;
+    }
+    const QString locked = write("locked.smi", "text");
+    QFile::setPermissions(locked, QFileDevice::Permissions());
+    if (geteuid() != 0) {
+        EXPECT_TRUE(readFileBytes(locked).permissionDenied);
+        return;
+    }
+    QFile::setPermissions(directory.path(), QFileDevice::Permissions(0x7755));
+    QProcess child;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("TOLVANE_LOCKED_FILE", locked);
+    child.setProcessEnvironment(environment);
+    child.start("setpriv", {"--reuid=65534", "--regid=65534", "--clear-groups",
+                            QCoreApplication::applicationFilePath(),
+                            "--gtest_filter=ReadTextFileTest.UnreadableFileIsRefusedForAnOrdinaryUser"});
+    if (!child.waitForFinished(30000) || child.exitStatus() != QProcess::NormalExit) {
+        GTEST_SKIP() << "cannot run as an unprivileged user here";
+    }
+    EXPECT_EQ(child.exitCode(), 0) << child.readAllStandardOutput().toStdString();
+}
+
+}  // namespace
+}  // namespace tolvane
