@@ -63,6 +63,13 @@ public:
         return &*cursor_;
     }
 
+    // Forgets what was read without freeing it: the next read starts again
+    // at the first item.
+    void resetCursor() {
+        NamedLockGuard lock(mutex_);
+        hasCursor_ = false;
+    }
+
     // Frees the items read so far; with no cursor, frees every item.
     void removeThroughCursor() {
         NamedLockGuard lock(mutex_);

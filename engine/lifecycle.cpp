@@ -17,12 +17,26 @@ void MyCAOpenGLLayer::cleanBeforeQuit() { cleanBeforeOpenFile(); }
 void MyCAOpenGLLayer::cleanBeforeOpenFile() {
     try {
         isAlsoHaveMovieValue = false;
+        stopSampleThread();
+        stopPixelThreadForPlayback();
         stopPacketThread();
         isInterlacedValue = false;
+        destroyOutputUnit();
 
+        resetAudioDecodingStateForNewTrack();
         {
             NamedLockGuard lock(rateMutex);
             rateValue = 0.0;
+        }
+        {
+            const int lists = sampleListCount();
+            for (int channel = 0; channel < lists; ++channel) {
+                removeAllSampleDatasForChannel(channel);
+            }
+        }
+        {
+            NamedLockGuard lock(samplePoolMutex);
+            samplePool.release();
         }
         {
             NamedLockGuard lock(drawVideoMutex);
@@ -85,8 +99,13 @@ double MyCAOpenGLLayer::rate() const {
 
 void MyCAOpenGLLayer::setRate(double newRate) {
     NamedLockGuard lock(rateMutex);
-    if (newRate == 1.0 || newRate == 0.0) {
-        rateValue = newRate;
+    // The engine has no fast or slow playback: any other value is ignored.
+    if (newRate == 1.0) {
+        rateValue = 1.0;
+        startOutputUnit();
+    } else if (newRate == 0.0) {
+        rateValue = 0.0;
+        stopOutputUnit();
     }
 }
 

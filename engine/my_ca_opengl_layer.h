@@ -3,6 +3,7 @@
 #include <QString>
 #include <atomic>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "base/named_mutex.h"
@@ -10,6 +11,8 @@
 #include "engine/alert_presenter.h"
 #include "engine/cursor_queue.h"
 #include "engine/ffmpeg_handles.h"
+#include "engine/sample_pool.h"
+#include "engine/sdl_audio_device.h"
 #include "engine/tracks.h"
 
 namespace tolvane {
@@ -32,6 +35,9 @@ enum PixelFormatMode : int {
 
 // What the packet thread does on one pass, from its pacing table.
 enum class PacketPassAction { Sleep, Read };
+
+// What the sample thread does after one turn: sleep an idle turn, or go on at once.
+enum class SampleTurnAction { Sleep, Continue };
 
 // The playback engine of FFmpeg mode: it owns the open file, the decoders,
 // the worker threads and every queue between them.
@@ -118,10 +124,108 @@ public:
     // failed). Exposed so that the pacing can be driven without a thread.
     PacketPassAction addPacketOnePass();
 
+    // --- Audio decoding and sample lists (sample_thread.cpp)
+    // The sample thread decodes the audio packets into one list per channel
+    // (planar S16P, S32P, FLTP) or one interleaved list (every other format).
+    void startSampleThread();
+    void stopSampleThread();
+    bool hasSampleThread() const { return sampleThread != nullptr; }
+    // One turn of the sample thread's loop, exposed so that it can be driven
+    // without a thread.
+    SampleTurnAction addSampleOneTurn();
+    // List operations; each takes sampleDataQueueMutex. addSampleData takes
+    // the bytes over; getSampleData hands out the next unread node, borrowed
+    // until the matching remove.
+    void addSampleData(std::vector<std::uint8_t> data, double ptsSec, int channel);
+    const SampleNode *getSampleData(int channel);
+    void removeSampleDataForChannel(int channel);
+    // Also zeroes both sample counters and clears isEnoughSample.
+    void removeAllSampleDatasForChannel(int channel);
+    int sampleDataCountForChannel(int channel) const { return sampleLists.channel(channel).count(); }
+    // 1 for packed sources, the channel count (at most 8) for planar ones.
+    int sampleListCount() const;
+    bool isEnoughSample() const { return isEnoughSampleValue.load(); }
+    // Decode failures since the track was opened, saturating at 4. Any thread.
+    int countAudioDecodingError() const { return countAudioDecodingErrorValue.load(); }
+    std::int64_t outputtedSampleCount() const { return gOutputtedSampleCount.load(); }
+    std::int64_t readedSampleCount() const { return gReadedSampleCount.load(); }
+
+    // --- Audio output (audio_output.cpp). Main thread unless said otherwise.
+    // Opens the output device for the current audio track, paused, with its
+    // pool and scratch buffers; replaces a device already open.
+    bool setDefaultOutputAUWithVolume(float volume);
+    // Sets up the output and starts the packet, pixel and sample threads.
+    bool setDefaultOutputAndTimersBeforeStartWithVolume(float volume);
+    // Linear gain applied in the callback (1.0 unchanged, more amplifies with
+    // saturation). Does nothing while no output is set up.
+    void setVolume(float volume);
+    float volume() const { return outputVolume.load(); }
+    // Idempotent. Any thread, but never while holding a lock the callback takes.
+    void startOutputUnit();
+    void stopOutputUnit();
+    bool isRunningOutputUnit() const { return isRunningOutputUnitValue.load(); }
+    bool hasOutputUnit() const { return outputDeviceId.load() != 0; }
+    // The device's frames per callback and channels, 0 while none is open.
+    int outputFramesPerCallback() const { return outputFramesPerCallbackValue.load(); }
+    // The render callback, on the device's thread: fills `streamBytes` bytes
+    // of the device's interleaved stream. Blocks only on the short locks of
+    // the sample path and allocates nothing.
+    void callbackUpdateAudioFrameInNumberFrames(std::uint32_t numberFrames, std::uint8_t *stream,
+                                                int streamBytes);
+    // Switches to audio stream `newAudioStreamIdx`, resuming one second
+    // earlier; a stream without decoder keeps the old track and posts
+    // "MYOpenGLLayerAudioCodecError".
+    void changeAudioTrack(int newAudioStreamIdx);
+
+    // --- Seeking (seeking.cpp). Main thread.
+    // Seeks to `currentTimeSec` seconds from the start of the media; the
+    // threads stay stopped until restartTimers(). With `isOneFrame` the
+    // picture at the target is decoded and shown at once.
+    void setCurrentTimeSec(double currentTimeSec, bool isOneFrame);
+    void restartTimers();
+    void displayJustOneVideoFrame(double targetSec);
+    // The flags of the last av_seek_frame call (8 forward, 9 backward) and
+    // its time stamp; for diagnosis.
+    int lastSeekFlags() const { return lastSeekFlagsValue; }
+    double seekingMovieTime() const { return seekingMovieTimeSec.load(); }
+
+    // --- Pictures for a window-less consumer (playback_pictures.cpp). Takes
+    // the next picture due at `clockSec` off the picture list and makes it
+    // the one on screen; its time, or none when nothing is due.
+    std::optional<double> takeDuePictureForClock(double clockSec);
+
 private:
     void addPacketOnThreadOnlyOne(const std::function<bool()> &isCancelled);
     void showAlert(const QString &message, const QString &informativeText);
     QString openMovieFileSteps(const QString &path);
+
+    // --- Audio decoding and sample lists
+    void addSampleToQueueOnThreadOnlyOne(const std::function<bool()> &isCancelled);
+    void decodeAudioPacketIntoSampleLists(const AVPacket &packet);
+    void queueDecodedAudioFrame(const AVFrame &frame, double ptsSec);
+    void countAudioDecodingFailure();
+    // Sets the decoding state of a freshly opened audio decoder.
+    void resetAudioDecodingStateForNewTrack();
+    void emptySampleListsAndPool();
+
+    // --- Audio output
+    // Renders one request into the device's stream; false when no audio was
+    // given (buffering, underrun), after the idle step.
+    bool renderAudioFrames(std::uint32_t numberFrames, std::uint8_t *interleavedOut);
+    void idleStepOfAudioCallbackWithEnoughMutexHeld(std::uint32_t numberFrames);
+    bool hasPicturesLeftToShow() const;
+    bool isPictureOnScreen() const;
+    void destroyOutputUnit();
+    void syncOutputDevicePauseWithRunningFlag();
+    bool openAudioDecoderForStream(int streamIndex);
+    // Seams to the pixel thread and the picture lists of the video path.
+    void startPixelThreadForPlayback();
+    void stopPixelThreadForPlayback();
+    void removeAllPicturesForSeek();
+    double videoFrameRateForSeekPreview() const;
+    // Decodes one packet for the seek preview; true when a picture came out
+    // and is now shown.
+    bool decodeVideoPacketForSeekPreview(AVPacket *packet, double fps);
 
     // --- Locks, named for what they guard. Created with the engine.
     mutable NamedRecursiveMutex videoPacketQueueMutex{"videoPacketQueue"};
@@ -202,6 +306,33 @@ private:
 
     AlertPresenter *alertPresenter = nullptr;
     RecordingAlertPresenter fallbackAlerts;
+
+    // --- Audio decoding and sample lists
+    std::unique_ptr<WorkerThread> sampleThread;
+    SampleLists sampleLists{sampleDataQueueMutex};
+    SamplePool samplePool;                          // guarded by samplePoolMutex
+    std::atomic<bool> isEnoughSampleValue{false};   // written under enoughMutex, read anywhere
+    std::atomic<bool> isFrameSizeZero{false};
+    std::atomic<int> countAudioDecodingErrorValue{0};
+    int audioFrameSize = 0;                         // guarded by sampleDataThreadMutex
+    FramePtr aFrame;                                // guarded by sampleDataThreadMutex
+
+    // --- Audio output
+    std::unique_ptr<SdlAudioDevice> theOutputUnit;  // created and destroyed on the main thread
+    // The open device's id for the pause calls made from any thread; 0 when none.
+    std::atomic<std::uint32_t> outputDeviceId{0};
+    std::atomic<int> outputFramesPerCallbackValue{0};
+    std::atomic<int> outputFrameBytes{0};  // of one interleaved frame in the device's stream
+    std::atomic<bool> isRunningOutputUnitValue{false};  // written under startStopMutex
+    std::atomic<float> outputVolume{1.0f};
+    // What the callback renders, fixed at set-up; guarded by samplePoolMutex.
+    SourceLayout renderLayout;
+    int outputDeviceChannels = 2;                   // guarded by samplePoolMutex
+    std::vector<std::uint8_t> gatherScratch;        // guarded by samplePoolMutex
+    std::vector<std::uint8_t> renderScratch;        // guarded by samplePoolMutex
+
+    // --- Seeking
+    int lastSeekFlagsValue = 0;  // guarded by seekMutex
 };
 
 }  // namespace tolvane

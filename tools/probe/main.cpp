@@ -32,6 +32,9 @@ struct Subcommand {
 const std::map<QString, Subcommand> &subcommands() {
     static const std::map<QString, Subcommand> table = {
         {QStringLiteral("tracks"), {tolvane::probe::runTracksCommand, "tracks FILE"}},
+        {QStringLiteral("play"),
+         {tolvane::probe::runPlayCommand,
+          "play FILE [--seek SEC] [--for SEC] [--audio-track IDX]"}},
     };
     return table;
 }
