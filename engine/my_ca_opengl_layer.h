@@ -187,6 +187,7 @@ public:
     // The flags of the last av_seek_frame call (8 forward, 9 backward) and
     // its time stamp; for diagnosis.
     int lastSeekFlags() const { return lastSeekFlagsValue; }
+    std::int64_t lastSeekTimestamp() const { return lastSeekTimestampValue; }
     double seekingMovieTime() const { return seekingMovieTimeSec.load(); }
 
     // --- Pictures for a window-less consumer (playback_pictures.cpp). Takes
@@ -217,6 +218,7 @@ private:
     bool isPictureOnScreen() const;
     void destroyOutputUnit();
     void syncOutputDevicePauseWithRunningFlag();
+    void primeDeferredSeekIndex(AVStream *videoStream, double targetSec);
     bool openAudioDecoderForStream(int streamIndex);
     // Seams to the pixel thread and the picture lists of the video path.
     void startPixelThreadForPlayback();
@@ -332,7 +334,8 @@ private:
     std::vector<std::uint8_t> renderScratch;        // guarded by samplePoolMutex
 
     // --- Seeking
-    int lastSeekFlagsValue = 0;  // guarded by seekMutex
+    int lastSeekFlagsValue = 0;             // guarded by seekMutex
+    std::int64_t lastSeekTimestampValue = 0;  // guarded by seekMutex
 };
 
 }  // namespace tolvane

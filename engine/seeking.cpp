@@ -18,6 +18,21 @@ constexpr int kMinIndexEntriesForRules = 4;
 
 }  // namespace
 
+void MyCAOpenGLLayer::primeDeferredSeekIndex(AVStream *videoStream, double targetSec) {
+    // The Matroska demuxer reads its cues, the seek index, only on the first
+    // seek; without them the rules at both ends of the index could not apply.
+    // One seek ahead of the real one loads them.
+    const bool defersIndex =
+        QLatin1String(pFormatCtx->iformat->name).startsWith(QLatin1String("matroska"));
+    if (!defersIndex || avformat_index_get_entries_count(videoStream) >= kMinIndexEntriesForRules) {
+        return;
+    }
+    const double timeBaseSec =
+        double(videoStream->time_base.num) / double(videoStream->time_base.den);
+    av_seek_frame(pFormatCtx.get(), videoStreamIdx,
+                  std::int64_t(std::max(targetSec, 0.0) / timeBaseSec), kSeekFlagsBackward);
+}
+
 SeekAttempt seekAttemptFor(const SeekRuleInputs &inputs) {
     SeekAttempt attempt;
     attempt.targetSec = inputs.targetSec;
@@ -58,6 +73,7 @@ void MyCAOpenGLLayer::setCurrentTimeSec(double currentTimeSecToSeek, bool isOneF
         }
 
         AVStream *videoStream = pFormatCtx->streams[videoStreamIdx];
+        primeDeferredSeekIndex(videoStream, startTimeSec() + currentTimeSecToSeek);
         std::vector<std::int64_t> indexTimestamps;
         const int entries = avformat_index_get_entries_count(videoStream);
         indexTimestamps.reserve(std::size_t(std::max(entries, 0)));
@@ -79,6 +95,7 @@ void MyCAOpenGLLayer::setCurrentTimeSec(double currentTimeSecToSeek, bool isOneF
             const SeekAttempt seek = seekAttemptFor(inputs);
             target = seek.targetSec;
             lastSeekFlagsValue = seek.flags;
+            lastSeekTimestampValue = seek.timestamp;
             if (av_seek_frame(pFormatCtx.get(), videoStreamIdx, seek.timestamp, seek.flags) >= 0) {
                 break;
             }
