@@ -17,6 +17,7 @@ void MyCAOpenGLLayer::cleanBeforeQuit() { cleanBeforeOpenFile(); }
 void MyCAOpenGLLayer::cleanBeforeOpenFile() {
     try {
         isAlsoHaveMovieValue = false;
+        stopPixelThread();
         stopPacketThread();
         isInterlacedValue = false;
 
@@ -24,6 +25,8 @@ void MyCAOpenGLLayer::cleanBeforeOpenFile() {
             NamedLockGuard lock(rateMutex);
             rateValue = 0.0;
         }
+        removeAllBitmapDatas();
+        removeAllHoldingBitmapDatas();
         {
             NamedLockGuard lock(drawVideoMutex);
             isResized = true;

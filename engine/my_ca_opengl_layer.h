@@ -8,9 +8,11 @@
 #include "base/named_mutex.h"
 #include "base/worker_thread.h"
 #include "engine/alert_presenter.h"
+#include "engine/bitmap_data.h"
 #include "engine/cursor_queue.h"
 #include "engine/ffmpeg_handles.h"
 #include "engine/tracks.h"
+#include "engine/video_decoding_rules.h"
 
 namespace tolvane {
 
@@ -118,6 +120,50 @@ public:
     // failed). Exposed so that the pacing can be driven without a thread.
     PacketPassAction addPacketOnePass();
 
+    // --- Pixel thread and bitmap lists
+    // The pixel thread decodes video packets into timed bitmaps. Start and
+    // stop run on the main thread; a pass may be run by hand (tests, the
+    // probe) only while no pixel thread runs.
+    void startPixelThread();
+    void stopPixelThread();
+    bool hasPixelThread() const { return pixelThread != nullptr; }
+    // One pass of the pixel thread's loop.
+    PixelPassOutcome addBitmapDataOnePass();
+    // The video stream's frame rate as the pixel thread paces by it.
+    double videoFrameRate() const;
+    // Converts `frame` into the bitmap layout of pixelFormatMode() and
+    // queues it with `ptsSec`, or makes it the seek preview while a seek
+    // shows its picture. `fps` is not used by the conversion.
+    void addBitmapDataToQueueWithAVFrame(const AVFrame *frame, double ptsSec, double fps);
+    // Single-frame display while paused or seeking: feeds `packet` to the
+    // decoder and shows the picture that comes out if it is a key frame.
+    // Called with the pixel thread stopped.
+    bool decodingJustOneVideoFrameForNormal(const AVPacket *packet, double fps);
+
+    // The bitmap list, shared with the drawing under bitmapDataQueueMutex.
+    // getBitmapData() lends the next unread picture (valid until removed);
+    // removeBitmapData() hands the pictures read so far to the caller, or
+    // every picture when none was read.
+    void addBitmapData(BitmapBytes bitmapData, double ptsSecData, int width, int height);
+    const BitmapData *getBitmapData();
+    std::vector<BitmapData> removeBitmapData();
+    void removeAllBitmapDatas();
+    int bitmapDataCount() const { return bitmapDatas.count(); }
+    // The holding bitmap list, in time order when filled by the insert.
+    void addHoldingBitmapData(BitmapBytes bitmapData, double hPTSData);
+    void insertHoldingBitmapData(BitmapBytes bitmapData, double hPTSData);
+    const HoldingBitmapData *getHoldingBitmapData();
+    std::vector<HoldingBitmapData> removeHoldingBitmapData();
+    void removeAllHoldingBitmapDatas();
+    int holdingBitmapDataCount() const { return holdingBitmapDatas.count(); }
+    // Calls `reader` with the seek preview under bitmapDataQueueMutex.
+    void readSeekPreview(
+        const std::function<void(const BitmapBytes &bitmapDataForTemp, float frameWidth,
+                                 float frameHeight)> &reader) const;
+    bool isSeekingVideoNow() const { return isSeekingVideo.load(); }
+    // Test seam until the seek sets the flag itself.
+    void setIsSeekingVideoForTesting(bool value) { isSeekingVideo = value; }
+
 private:
     void addPacketOnThreadOnlyOne(const std::function<bool()> &isCancelled);
     void showAlert(const QString &message, const QString &informativeText);
@@ -165,7 +211,7 @@ private:
 
     // --- Decoding options and capabilities
     bool isUseH264AccValue = true;
-    bool is10bitModeValue = true;
+    std::atomic<bool> is10bitModeValue{true};  // read by the pixel thread
     bool isMacSupportH264AccValue = false;
 
     // --- Audio format of the chosen track
@@ -196,12 +242,26 @@ private:
     // --- Drawing
     bool isResized = true;          // guarded by drawVideoMutex
     int countAfterChangeScreen = 0;  // guarded by drawVideoMutex
-    std::vector<std::uint8_t> bitmapDataForTemp;  // guarded by bitmapDataQueueMutex
+    BitmapBytes bitmapDataForTemp;                // guarded by bitmapDataQueueMutex
     float frameWidth = 0.0f;                      // guarded by bitmapDataQueueMutex
     float frameHeight = 0.0f;                     // guarded by bitmapDataQueueMutex
 
     AlertPresenter *alertPresenter = nullptr;
     RecordingAlertPresenter fallbackAlerts;
+
+    // --- Pixel thread and bitmap lists
+    void addBitmapDataToQueueOnThreadOnlyOne(const std::function<bool()> &isCancelled);
+    // Feeds the packet just read and takes at most one picture; true when a
+    // picture came out (it is then queued). Runs under bitmapDataThreadMutex.
+    bool decodeVideoPacketIntoQueue(const AVPacket *packet, double fps);
+    void queueDecodedPicture(const AVFrame *frame, const AVPacket *packetJustFed, double fps);
+    // Switches to the first-field layout and posts the notification, both
+    // once per file, when `frame` is interlaced.
+    void noteInterlacedFrame(const AVFrame *frame);
+
+    std::unique_ptr<WorkerThread> pixelThread;  // main thread only
+    CursorQueue<BitmapData> bitmapDatas{bitmapDataQueueMutex};
+    CursorQueue<HoldingBitmapData> holdingBitmapDatas{holdingBitmapDataQueueMutex};
 };
 
 }  // namespace tolvane
