@@ -32,6 +32,7 @@ struct Subcommand {
 const std::map<QString, Subcommand> &subcommands() {
     static const std::map<QString, Subcommand> table = {
         {QStringLiteral("tracks"), {tolvane::probe::runTracksCommand, "tracks FILE"}},
+        {QStringLiteral("frames"), {tolvane::probe::runFramesCommand, "frames FILE [--count N]"}},
     };
     return table;
 }
