@@ -5,9 +5,16 @@
 #include "engine/bitmap_conversion.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstring>
 #include <vector>
+
+// Each row loop is also compiled for AVX2 and the variant the processor can
+// run is picked when the program loads.
+#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__)
+#define TOLVANE_ROW_LOOP __attribute__((target_clones("avx2", "default")))
+#else
+#define TOLVANE_ROW_LOOP
+#endif
 
 namespace tolvane {
 
@@ -21,7 +28,6 @@ constexpr int kMode444p10 = 44420;
 constexpr int kTenBitMask = 0x3FF;
 constexpr int kLumaBlack = 64;
 constexpr int kChromaZero = 512;
-constexpr int kTenToSixteenBitFactor = 64;
 constexpr std::uint16_t kOpaque16 = 65535;
 constexpr std::uint8_t kOpaque8 = 255;
 
@@ -44,22 +50,9 @@ inline int blueOffset(int u) {
     return truncatedTenThousandths((u - kChromaZero) * 17700);
 }
 
-inline std::uint16_t to16bit(int tenBitValue) {
-    return static_cast<std::uint16_t>(std::clamp(tenBitValue * kTenToSixteenBitFactor, 0, 65535));
-}
 inline std::uint8_t to8bit(int tenBitValue) {
     // Divided by 4 truncating towards zero, then clamped: negatives become 0.
     return static_cast<std::uint8_t>(std::clamp(tenBitValue / 4, 0, 255));
-}
-
-// One U Y0 V Y1 group as the 32-bit word whose bytes lie in that order in memory.
-inline std::uint32_t packedGroup(std::uint32_t u, std::uint32_t y0, std::uint32_t v,
-                                 std::uint32_t y1) {
-    if constexpr (std::endian::native == std::endian::little) {
-        return u | (y0 << 8) | (v << 16) | (y1 << 24);
-    } else {
-        return (u << 24) | (y0 << 16) | (v << 8) | y1;
-    }
 }
 
 inline const std::uint8_t *row8(const PlanarPictureView &picture, int plane, int row) {
@@ -70,62 +63,106 @@ inline const std::uint16_t *row16(const PlanarPictureView &picture, int plane, i
                                                    std::ptrdiff_t(row) * picture.strides[plane]);
 }
 
-void packRow8(const std::uint8_t *__restrict luma, const std::uint8_t *__restrict u,
-              const std::uint8_t *__restrict v, int pairs, std::uint8_t *__restrict out) {
-    std::uint32_t *__restrict groups = reinterpret_cast<std::uint32_t *>(out);
+TOLVANE_ROW_LOOP void packRow8(const std::uint8_t *__restrict luma,
+                               const std::uint8_t *__restrict u, const std::uint8_t *__restrict v,
+                               int pairs, std::uint8_t *__restrict out) {
     for (int i = 0; i < pairs; ++i) {
-        groups[i] = packedGroup(u[i], luma[2 * i], v[i], luma[2 * i + 1]);
+        out[4 * i] = u[i];
+        out[4 * i + 1] = luma[2 * i];
+        out[4 * i + 2] = v[i];
+        out[4 * i + 3] = luma[2 * i + 1];
     }
 }
 
-void packRow10(const std::uint16_t *__restrict luma, const std::uint16_t *__restrict u,
-               const std::uint16_t *__restrict v, int pairs, std::uint8_t *__restrict out) {
-    std::uint32_t *__restrict groups = reinterpret_cast<std::uint32_t *>(out);
+TOLVANE_ROW_LOOP void packRow10(const std::uint16_t *__restrict luma,
+                                const std::uint16_t *__restrict u,
+                                const std::uint16_t *__restrict v, int pairs,
+                                std::uint8_t *__restrict out) {
     for (int i = 0; i < pairs; ++i) {
-        groups[i] = packedGroup((u[i] & kTenBitMask) >> 2, (luma[2 * i] & kTenBitMask) >> 2,
-                                (v[i] & kTenBitMask) >> 2, (luma[2 * i + 1] & kTenBitMask) >> 2);
+        out[4 * i] = std::uint8_t((u[i] & kTenBitMask) >> 2);
+        out[4 * i + 1] = std::uint8_t((luma[2 * i] & kTenBitMask) >> 2);
+        out[4 * i + 2] = std::uint8_t((v[i] & kTenBitMask) >> 2);
+        out[4 * i + 3] = std::uint8_t((luma[2 * i + 1] & kTenBitMask) >> 2);
     }
 }
 
+// The colour offsets of one chroma row, each stored twice so that the
+// pixel loop reads them at the pixel's own index.
 struct ChromaOffsets {
-    std::vector<int> red;
-    std::vector<int> green;
-    std::vector<int> blue;
-    explicit ChromaOffsets(int count)
-        : red(std::size_t(count)), green(std::size_t(count)), blue(std::size_t(count)) {}
+    std::vector<std::int16_t> red;
+    std::vector<std::int16_t> green;
+    std::vector<std::int16_t> blue;
+    explicit ChromaOffsets(int pixels)
+        : red(std::size_t(pixels)), green(std::size_t(pixels)), blue(std::size_t(pixels)) {}
 };
 
-void computeChromaOffsets(const std::uint16_t *__restrict u, const std::uint16_t *__restrict v,
-                          int count, ChromaOffsets &offsets) {
-    int *__restrict red = offsets.red.data();
-    int *__restrict green = offsets.green.data();
-    int *__restrict blue = offsets.blue.data();
+TOLVANE_ROW_LOOP void computeChromaOffsetsForPairs(const std::uint16_t *__restrict u,
+                                                   const std::uint16_t *__restrict v, int pairs,
+                                                   std::int16_t *__restrict red,
+                                                   std::int16_t *__restrict green,
+                                                   std::int16_t *__restrict blue) {
+    for (int i = 0; i < pairs; ++i) {
+        const int u10 = u[i] & kTenBitMask;
+        const int v10 = v[i] & kTenBitMask;
+        const auto redTerm = std::int16_t(redOffset(v10));
+        const auto greenTerm = std::int16_t(greenOffset(u10, v10));
+        const auto blueTerm = std::int16_t(blueOffset(u10));
+        red[2 * i] = redTerm;
+        red[2 * i + 1] = redTerm;
+        green[2 * i] = greenTerm;
+        green[2 * i + 1] = greenTerm;
+        blue[2 * i] = blueTerm;
+        blue[2 * i + 1] = blueTerm;
+    }
+}
+
+TOLVANE_ROW_LOOP void computeChromaOffsets(const std::uint16_t *__restrict u,
+                                           const std::uint16_t *__restrict v, int count,
+                                           std::int16_t *__restrict red,
+                                           std::int16_t *__restrict green,
+                                           std::int16_t *__restrict blue) {
     for (int i = 0; i < count; ++i) {
         const int u10 = u[i] & kTenBitMask;
         const int v10 = v[i] & kTenBitMask;
-        red[i] = redOffset(v10);
-        green[i] = greenOffset(u10, v10);
-        blue[i] = blueOffset(u10);
+        red[i] = std::int16_t(redOffset(v10));
+        green[i] = std::int16_t(greenOffset(u10, v10));
+        blue[i] = std::int16_t(blueOffset(u10));
     }
 }
 
-void rgba16Row420(const std::uint16_t *__restrict luma, const ChromaOffsets &offsets, int pairs,
-                  std::uint16_t *__restrict out) {
-    const int *__restrict red = offsets.red.data();
-    const int *__restrict green = offsets.green.data();
-    const int *__restrict blue = offsets.blue.data();
-    for (int i = 0; i < pairs; ++i) {
-        const int y0 = (luma[2 * i] & kTenBitMask) - kLumaBlack;
-        const int y1 = (luma[2 * i + 1] & kTenBitMask) - kLumaBlack;
-        std::uint16_t *__restrict pixels = out + 8 * i;
-        pixels[0] = to16bit(y0 + red[i]);
-        pixels[1] = to16bit(y0 - green[i]);
-        pixels[2] = to16bit(y0 + blue[i]);
-        pixels[3] = kOpaque16;
-        pixels[4] = to16bit(y1 + red[i]);
-        pixels[5] = to16bit(y1 - green[i]);
-        pixels[6] = to16bit(y1 + blue[i]);
-        pixels[7] = kOpaque16;
+// (x × 64) clamped to 0..65535, in a form that fits 16-bit lanes: x is
+// clamped to 0..1024 first, and 1024 × 64, which wraps to 0, loses one to
+// become 65535.
+inline std::uint16_t scaledTo16bit(int x) {
+    const auto clamped = std::uint16_t(std::clamp(x, 0, 1024));
+    return std::uint16_t((clamped << 6) - (clamped >> 10));
+}
+
+TOLVANE_ROW_LOOP void rgba16Row(const std::uint16_t *__restrict luma,
+                                const std::int16_t *__restrict red,
+                                const std::int16_t *__restrict green,
+                                const std::int16_t *__restrict blue, int pixels,
+                                std::uint16_t *__restrict out) {
+    for (int x = 0; x < pixels; ++x) {
+        const int y = std::int16_t((luma[x] & kTenBitMask) - kLumaBlack);
+        out[4 * x] = scaledTo16bit(y + red[x]);
+        out[4 * x + 1] = scaledTo16bit(y - green[x]);
+        out[4 * x + 2] = scaledTo16bit(y + blue[x]);
+        out[4 * x + 3] = kOpaque16;
+    }
+}
+
+TOLVANE_ROW_LOOP void argb8Row(const std::uint16_t *__restrict luma,
+                               const std::int16_t *__restrict red,
+                               const std::int16_t *__restrict green,
+                               const std::int16_t *__restrict blue, int pixels,
+                               std::uint8_t *__restrict out) {
+    for (int x = 0; x < pixels; ++x) {
+        const int y = std::int16_t((luma[x] & kTenBitMask) - kLumaBlack);
+        out[4 * x] = kOpaque8;
+        out[4 * x + 1] = to8bit(y + red[x]);
+        out[4 * x + 2] = to8bit(y - green[x]);
+        out[4 * x + 3] = to8bit(y + blue[x]);
     }
 }
 
@@ -232,51 +269,36 @@ void convert420p10ToPacked422(const PlanarPictureView &picture, std::uint8_t *bi
 void convert420p10ToRgba16(const PlanarPictureView &picture, std::uint16_t *bitmap) {
     const int pairs = picture.width / 2;
     const std::size_t rowWords = std::size_t(picture.width) * 4;
-    ChromaOffsets offsets(pairs);
+    ChromaOffsets offsets(2 * pairs);
     for (int r = 0; r < picture.height / 2; ++r) {
-        computeChromaOffsets(row16(picture, 1, r), row16(picture, 2, r), pairs, offsets);
-        rgba16Row420(row16(picture, 0, 2 * r), offsets, pairs,
-                     bitmap + rowWords * std::size_t(2 * r));
-        rgba16Row420(row16(picture, 0, 2 * r + 1), offsets, pairs,
-                     bitmap + rowWords * std::size_t(2 * r + 1));
+        computeChromaOffsetsForPairs(row16(picture, 1, r), row16(picture, 2, r), pairs,
+                                     offsets.red.data(), offsets.green.data(), offsets.blue.data());
+        for (const int row : {2 * r, 2 * r + 1}) {
+            rgba16Row(row16(picture, 0, row), offsets.red.data(), offsets.green.data(),
+                      offsets.blue.data(), 2 * pairs, bitmap + rowWords * std::size_t(row));
+        }
     }
 }
 
 void convert444p10ToRgba16(const PlanarPictureView &picture, std::uint16_t *bitmap) {
     const int width = picture.width;
+    ChromaOffsets offsets(width);
     for (int row = 0; row < picture.height; ++row) {
-        const std::uint16_t *__restrict luma = row16(picture, 0, row);
-        const std::uint16_t *__restrict u = row16(picture, 1, row);
-        const std::uint16_t *__restrict v = row16(picture, 2, row);
-        std::uint16_t *__restrict out = bitmap + std::size_t(row) * std::size_t(width) * 4;
-        for (int x = 0; x < width; ++x) {
-            const int y = (luma[x] & kTenBitMask) - kLumaBlack;
-            const int u10 = u[x] & kTenBitMask;
-            const int v10 = v[x] & kTenBitMask;
-            out[4 * x] = to16bit(y + redOffset(v10));
-            out[4 * x + 1] = to16bit(y - greenOffset(u10, v10));
-            out[4 * x + 2] = to16bit(y + blueOffset(u10));
-            out[4 * x + 3] = kOpaque16;
-        }
+        computeChromaOffsets(row16(picture, 1, row), row16(picture, 2, row), width,
+                             offsets.red.data(), offsets.green.data(), offsets.blue.data());
+        rgba16Row(row16(picture, 0, row), offsets.red.data(), offsets.green.data(),
+                  offsets.blue.data(), width, bitmap + std::size_t(row) * std::size_t(width) * 4);
     }
 }
 
 void convert444p10ToArgb8(const PlanarPictureView &picture, std::uint8_t *bitmap) {
     const int width = picture.width;
+    ChromaOffsets offsets(width);
     for (int row = 0; row < picture.height; ++row) {
-        const std::uint16_t *__restrict luma = row16(picture, 0, row);
-        const std::uint16_t *__restrict u = row16(picture, 1, row);
-        const std::uint16_t *__restrict v = row16(picture, 2, row);
-        std::uint8_t *__restrict out = bitmap + std::size_t(row) * std::size_t(width) * 4;
-        for (int x = 0; x < width; ++x) {
-            const int y = (luma[x] & kTenBitMask) - kLumaBlack;
-            const int u10 = u[x] & kTenBitMask;
-            const int v10 = v[x] & kTenBitMask;
-            out[4 * x] = kOpaque8;
-            out[4 * x + 1] = to8bit(y + redOffset(v10));
-            out[4 * x + 2] = to8bit(y - greenOffset(u10, v10));
-            out[4 * x + 3] = to8bit(y + blueOffset(u10));
-        }
+        computeChromaOffsets(row16(picture, 1, row), row16(picture, 2, row), width,
+                             offsets.red.data(), offsets.green.data(), offsets.blue.data());
+        argb8Row(row16(picture, 0, row), offsets.red.data(), offsets.green.data(),
+                 offsets.blue.data(), width, bitmap + std::size_t(row) * std::size_t(width) * 4);
     }
 }
 

@@ -27,6 +27,7 @@ void MyCAOpenGLLayer::cleanBeforeOpenFile() {
         }
         removeAllBitmapDatas();
         removeAllHoldingBitmapDatas();
+        releasePooledBitmapStorage();
         {
             NamedLockGuard lock(drawVideoMutex);
             isResized = true;
