@@ -104,7 +104,7 @@ bool MyCAOpenGLLayer::setDefaultOutputAndTimersBeforeStartWithVolume(float volum
         return false;
     }
     startPacketThread();
-    startPixelThreadForPlayback();
+    startPixelThread();
     startSampleThread();
     isAlsoHaveMovieValue = true;
     return true;

@@ -66,7 +66,7 @@ void MyCAOpenGLLayer::changeAudioTrack(int newAudioStreamIdx) {
         setRate(0.0);
         const double stoodAtSec = currentTimeSec();
         stopSampleThread();
-        stopPixelThreadForPlayback();
+        stopPixelThread();
         stopPacketThread();
 
         {

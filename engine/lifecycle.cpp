@@ -18,11 +18,12 @@ void MyCAOpenGLLayer::cleanBeforeOpenFile() {
     try {
         isAlsoHaveMovieValue = false;
         stopSampleThread();
-        stopPixelThreadForPlayback();
+        stopPixelThread();
         stopPacketThread();
         isInterlacedValue = false;
         destroyOutputUnit();
 
+        isSkippingValue = false;
         resetAudioDecodingStateForNewTrack();
         {
             NamedLockGuard lock(rateMutex);
@@ -34,6 +35,9 @@ void MyCAOpenGLLayer::cleanBeforeOpenFile() {
                 removeAllSampleDatasForChannel(channel);
             }
         }
+        removeAllBitmapDatas();
+        removeAllHoldingBitmapDatas();
+        releasePooledBitmapStorage();
         {
             NamedLockGuard lock(samplePoolMutex);
             samplePool.release();
@@ -84,6 +88,7 @@ void MyCAOpenGLLayer::cleanBeforeOpenFile() {
             NamedLockGuard lock(bitmapDataQueueMutex);
             bitmapDataForTemp.clear();
             bitmapDataForTemp.shrink_to_fit();
+            hasPictureOnScreen = false;
             frameWidth = 0.0f;
             frameHeight = 0.0f;
         }

@@ -9,11 +9,13 @@
 #include "base/named_mutex.h"
 #include "base/worker_thread.h"
 #include "engine/alert_presenter.h"
+#include "engine/bitmap_data.h"
 #include "engine/cursor_queue.h"
 #include "engine/ffmpeg_handles.h"
 #include "engine/sample_pool.h"
 #include "engine/sdl_audio_device.h"
 #include "engine/tracks.h"
+#include "engine/video_decoding_rules.h"
 
 namespace tolvane {
 
@@ -38,6 +40,16 @@ enum class PacketPassAction { Sleep, Read };
 
 // What the sample thread does after one turn: sleep an idle turn, or go on at once.
 enum class SampleTurnAction { Sleep, Continue };
+
+// One draw decision: nothing new, the seek preview, a due picture made
+// current, or a late picture discarded. `ptsSec` and `clockSec` are the
+// picture's time and the clock it was judged against.
+struct PictureDecision {
+    enum class Kind { Nothing, SeekPreview, Shown, Late };
+    Kind kind = Kind::Nothing;
+    double ptsSec = 0.0;
+    double clockSec = 0.0;
+};
 
 // The playback engine of FFmpeg mode: it owns the open file, the decoders,
 // the worker threads and every queue between them.
@@ -190,10 +202,56 @@ public:
     std::int64_t lastSeekTimestamp() const { return lastSeekTimestampValue; }
     double seekingMovieTime() const { return seekingMovieTimeSec.load(); }
 
-    // --- Pictures for a window-less consumer (playback_pictures.cpp). Takes
-    // the next picture due at `clockSec` off the picture list and makes it
-    // the one on screen; its time, or none when nothing is due.
-    std::optional<double> takeDuePictureForClock(double clockSec);
+    // --- The draw decision without drawing (playback_pictures.cpp), for a
+    // window-less consumer such as the probe: once per refresh, decides which
+    // picture is current at the clock, as the view's draw decision does.
+    PictureDecision decidePictureWithoutDrawing();
+    // Late pictures are being discarded.
+    bool isSkipping() const { return isSkippingValue.load(); }
+
+    // --- Pixel thread and bitmap lists
+    // The pixel thread decodes video packets into timed bitmaps. Start and
+    // stop run on the main thread; a pass may be run by hand (tests, the
+    // probe) only while no pixel thread runs.
+    void startPixelThread();
+    void stopPixelThread();
+    bool hasPixelThread() const { return pixelThread != nullptr; }
+    // One pass of the pixel thread's loop.
+    PixelPassOutcome addBitmapDataOnePass();
+    // The video stream's frame rate as the pixel thread paces by it.
+    double videoFrameRate() const;
+    // Converts `frame` into the bitmap layout of pixelFormatMode() and
+    // queues it with `ptsSec`, or makes it the seek preview while a seek
+    // shows its picture. `fps` is not used by the conversion.
+    void addBitmapDataToQueueWithAVFrame(const AVFrame *frame, double ptsSec, double fps);
+    // Single-frame display while paused or seeking: feeds `packet` to the
+    // decoder and shows the picture that comes out if it is a key frame.
+    // Called with the pixel thread stopped.
+    bool decodingJustOneVideoFrameForNormal(const AVPacket *packet, double fps);
+
+    // The bitmap list, shared with the drawing under bitmapDataQueueMutex.
+    // getBitmapData() lends the next unread picture (valid until removed);
+    // removeBitmapData() hands the pictures read so far to the caller, or
+    // every picture when none was read.
+    void addBitmapData(BitmapBytes bitmapData, double ptsSecData, int width, int height);
+    const BitmapData *getBitmapData();
+    std::vector<BitmapData> removeBitmapData();
+    void removeAllBitmapDatas();
+    int bitmapDataCount() const { return bitmapDatas.count(); }
+    // The holding bitmap list, in time order when filled by the insert.
+    void addHoldingBitmapData(BitmapBytes bitmapData, double hPTSData);
+    void insertHoldingBitmapData(BitmapBytes bitmapData, double hPTSData);
+    const HoldingBitmapData *getHoldingBitmapData();
+    std::vector<HoldingBitmapData> removeHoldingBitmapData();
+    void removeAllHoldingBitmapDatas();
+    int holdingBitmapDataCount() const { return holdingBitmapDatas.count(); }
+    // Calls `reader` with the seek preview under bitmapDataQueueMutex.
+    void readSeekPreview(
+        const std::function<void(const BitmapBytes &bitmapDataForTemp, float frameWidth,
+                                 float frameHeight)> &reader) const;
+    bool isSeekingVideoNow() const { return isSeekingVideo.load(); }
+    // Test seam until the seek sets the flag itself.
+    void setIsSeekingVideoForTesting(bool value) { isSeekingVideo = value; }
 
 private:
     void addPacketOnThreadOnlyOne(const std::function<bool()> &isCancelled);
@@ -220,14 +278,6 @@ private:
     void syncOutputDevicePauseWithRunningFlag();
     void primeDeferredSeekIndex(AVStream *videoStream, double targetSec);
     bool openAudioDecoderForStream(int streamIndex);
-    // Seams to the pixel thread and the picture lists of the video path.
-    void startPixelThreadForPlayback();
-    void stopPixelThreadForPlayback();
-    void removeAllPicturesForSeek();
-    double videoFrameRateForSeekPreview() const;
-    // Decodes one packet for the seek preview; true when a picture came out
-    // and is now shown.
-    bool decodeVideoPacketForSeekPreview(AVPacket *packet, double fps);
 
     // --- Locks, named for what they guard. Created with the engine.
     mutable NamedRecursiveMutex videoPacketQueueMutex{"videoPacketQueue"};
@@ -271,7 +321,7 @@ private:
 
     // --- Decoding options and capabilities
     bool isUseH264AccValue = true;
-    bool is10bitModeValue = true;
+    std::atomic<bool> is10bitModeValue{true};  // read by the pixel thread
     bool isMacSupportH264AccValue = false;
 
     // --- Audio format of the chosen track
@@ -302,7 +352,7 @@ private:
     // --- Drawing
     bool isResized = true;          // guarded by drawVideoMutex
     int countAfterChangeScreen = 0;  // guarded by drawVideoMutex
-    std::vector<std::uint8_t> bitmapDataForTemp;  // guarded by bitmapDataQueueMutex
+    BitmapBytes bitmapDataForTemp;                // guarded by bitmapDataQueueMutex
     float frameWidth = 0.0f;                      // guarded by bitmapDataQueueMutex
     float frameHeight = 0.0f;                     // guarded by bitmapDataQueueMutex
 
@@ -334,8 +384,27 @@ private:
     std::vector<std::uint8_t> renderScratch;        // guarded by samplePoolMutex
 
     // --- Seeking
+    // Whether a picture is current (a seek preview or a shown frame), for the
+    // callback, which may not wait for bitmapDataQueueMutex.
+    std::atomic<bool> hasPictureOnScreen{false};
+    std::atomic<bool> isSkippingValue{false};
+
     int lastSeekFlagsValue = 0;             // guarded by seekMutex
     std::int64_t lastSeekTimestampValue = 0;  // guarded by seekMutex
+
+    // --- Pixel thread and bitmap lists
+    void addBitmapDataToQueueOnThreadOnlyOne(const std::function<bool()> &isCancelled);
+    // Feeds the packet just read and takes at most one picture; true when a
+    // picture came out (it is then queued). Runs under bitmapDataThreadMutex.
+    bool decodeVideoPacketIntoQueue(const AVPacket *packet, double fps);
+    void queueDecodedPicture(const AVFrame *frame, const AVPacket *packetJustFed, double fps);
+    // Switches to the first-field layout and posts the notification, both
+    // once per file, when `frame` is interlaced.
+    void noteInterlacedFrame(const AVFrame *frame);
+
+    std::unique_ptr<WorkerThread> pixelThread;  // main thread only
+    CursorQueue<BitmapData> bitmapDatas{bitmapDataQueueMutex};
+    CursorQueue<HoldingBitmapData> holdingBitmapDatas{holdingBitmapDataQueueMutex};
 };
 
 }  // namespace tolvane

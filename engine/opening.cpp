@@ -166,6 +166,7 @@ QString MyCAOpenGLLayer::openMovieFileSteps(const QString &path) {
     if (!vCodecCtx) {
         return codeWithError("-2006", AVERROR(ENOMEM));
     }
+    configureVideoDecoderThreads(*vCodecCtx);
     if (const int error = avcodec_open2(vCodecCtx.get(), vCodec, nullptr); error < 0) {
         return codeWithError("-2006", error);
     }

@@ -1,41 +1,57 @@
-// What the audio output and the seek need of the video path: the pixel
-// thread's start and stop, the pictures still to show, and the one-picture
-// preview. The software pixel thread and its bitmap lists live on their own
-// branch; until they are joined here these answer from the packet lists alone.
+// What the audio output needs of the video path (pictures left, a picture on
+// screen), and the draw decision without drawing for window-less consumers.
 
 #include "engine/my_ca_opengl_layer.h"
 
 namespace tolvane {
 
-void MyCAOpenGLLayer::startPixelThreadForPlayback() {}
+namespace {
 
-void MyCAOpenGLLayer::stopPixelThreadForPlayback() {}
+// A picture more than this late at its decision is discarded, not shown.
+constexpr double kLatePictureSec = 0.16;
 
-void MyCAOpenGLLayer::removeAllPicturesForSeek() {}
+}  // namespace
 
 bool MyCAOpenGLLayer::hasPicturesLeftToShow() const {
-    return videoPackets.count() > 0;
+    return bitmapDatas.count() > 0 || videoPackets.count() > 0;
 }
 
 bool MyCAOpenGLLayer::isPictureOnScreen() const {
-    return false;
+    return hasPictureOnScreen.load();
 }
 
-double MyCAOpenGLLayer::videoFrameRateForSeekPreview() const {
-    if (!pFormatCtx || videoStreamIdx < 0) {
-        return 0.0;
+PictureDecision MyCAOpenGLLayer::decidePictureWithoutDrawing() {
+    PictureDecision decision;
+    if (isSeekingVideo.exchange(false)) {
+        decision.kind = PictureDecision::Kind::SeekPreview;
+        return decision;
     }
-    const AVStream *stream = pFormatCtx->streams[videoStreamIdx];
-    const double average = av_q2d(stream->avg_frame_rate);
-    return average > 0.0 ? average : av_q2d(stream->r_frame_rate);
-}
-
-std::optional<double> MyCAOpenGLLayer::takeDuePictureForClock(double /*clockSec*/) {
-    return std::nullopt;
-}
-
-bool MyCAOpenGLLayer::decodeVideoPacketForSeekPreview(AVPacket * /*packet*/, double /*fps*/) {
-    return false;
+    NamedLockGuard lock(bitmapDataQueueMutex);
+    const BitmapData *next = getBitmapData();
+    if (next == nullptr) {
+        return decision;
+    }
+    decision.ptsSec = next->ptsSec;
+    decision.clockSec = currentTimeSec();
+    if (decision.ptsSec > decision.clockSec) {
+        // Early: offered again at the next decision.
+        bitmapDatas.resetCursor();
+        return decision;
+    }
+    std::vector<BitmapData> taken = removeBitmapData();
+    if (decision.clockSec - decision.ptsSec > kLatePictureSec) {
+        isSkippingValue = true;
+        decision.kind = PictureDecision::Kind::Late;
+        return decision;
+    }
+    isSkippingValue = false;
+    BitmapData &current = taken.back();
+    bitmapDataForTemp = std::move(current.data);
+    frameWidth = float(current.width);
+    frameHeight = float(current.height);
+    hasPictureOnScreen = true;
+    decision.kind = PictureDecision::Kind::Shown;
+    return decision;
 }
 
 }  // namespace tolvane

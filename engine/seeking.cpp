@@ -62,7 +62,7 @@ void MyCAOpenGLLayer::setCurrentTimeSec(double currentTimeSecToSeek, bool isOneF
         const float rememberedVolume = outputVolume.load();
         setVolume(0.0f);
         stopSampleThread();
-        stopPixelThreadForPlayback();
+        stopPixelThread();
         stopPacketThread();
         destroyOutputUnit();
         removeAllVideoPackets();
@@ -118,7 +118,8 @@ void MyCAOpenGLLayer::setCurrentTimeSec(double currentTimeSecToSeek, bool isOneF
         for (int channel = 0; channel < lists; ++channel) {
             removeAllSampleDatasForChannel(channel);
         }
-        removeAllPicturesForSeek();
+        removeAllBitmapDatas();
+        removeAllHoldingBitmapDatas();
         {
             NamedLockGuard lock(samplePoolMutex);
             samplePool.release();
@@ -148,7 +149,7 @@ void MyCAOpenGLLayer::setCurrentTimeSec(double currentTimeSecToSeek, bool isOneF
 void MyCAOpenGLLayer::restartTimers() {
     NamedLockGuard seekLock(seekMutex);
     startPacketThread();
-    startPixelThreadForPlayback();
+    startPixelThread();
     startSampleThread();
 }
 
@@ -160,7 +161,7 @@ void MyCAOpenGLLayer::displayJustOneVideoFrame(double targetSec) {
     const AVRational videoTimeBase = videoStream->time_base;
     const AVRational audioTimeBase =
         audioStreamIdx >= 0 ? pFormatCtx->streams[audioStreamIdx]->time_base : AVRational{0, 1};
-    const double fps = videoFrameRateForSeekPreview();
+    const double fps = videoFrameRate();
     bool hasSeenKeyFrame = false;
     int fruitlessDecodes = 0;
     for (;;) {
@@ -184,7 +185,7 @@ void MyCAOpenGLLayer::displayJustOneVideoFrame(double targetSec) {
         hasSeenKeyFrame = hasSeenKeyFrame || (packet->flags & AV_PKT_FLAG_KEY) != 0;
         const std::int64_t dts = packet->dts;
         const bool hasPicture =
-            hasSeenKeyFrame && decodeVideoPacketForSeekPreview(packet.get(), fps);
+            hasSeenKeyFrame && decodingJustOneVideoFrameForNormal(packet.get(), fps);
         addVideoPacket(packet.get());
         if (!hasSeenKeyFrame) {
             continue;
@@ -195,6 +196,7 @@ void MyCAOpenGLLayer::displayJustOneVideoFrame(double targetSec) {
                     double(videoTimeBase.num) / double(videoTimeBase.den) * double(dts);
             }
             removeVideoPacket();
+            hasPictureOnScreen = true;
             return;
         }
         if (++fruitlessDecodes >= kFruitlessPreviewDecodesAllowed) {

@@ -35,6 +35,7 @@ const std::map<QString, Subcommand> &subcommands() {
         {QStringLiteral("play"),
          {tolvane::probe::runPlayCommand,
           "play FILE [--seek SEC] [--for SEC] [--audio-track IDX]"}},
+        {QStringLiteral("frames"), {tolvane::probe::runFramesCommand, "frames FILE [--count N]"}},
     };
     return table;
 }

@@ -22,6 +22,7 @@ namespace {
 constexpr auto kPollInterval = std::chrono::milliseconds(2);
 // Without --for, playback is given this long beyond the file's duration to end.
 constexpr double kGraceAfterDurationSec = 5.0;
+constexpr double kLastingStopSec = 0.5;
 
 struct PlayOptions {
     QString path;
@@ -70,12 +71,6 @@ double processCpuSec() {
     return double(std::clock()) / double(CLOCKS_PER_SEC);
 }
 
-// The picture that is due at `clockSec`, taken from the engine's picture
-// list as the presentation would, or none.
-std::optional<double> takeDuePictureTime(MyCAOpenGLLayer &engine, double clockSec) {
-    return engine.takeDuePictureForClock(clockSec);
-}
-
 }  // namespace
 
 int runPlayCommand(const QStringList &arguments) {
@@ -119,21 +114,28 @@ int runPlayCommand(const QStringList &arguments) {
     std::vector<double> syncErrorsMs;
     int framesLate = 0;
     bool outputStopped = false;
+    double stoppedSinceSec = -1.0;  // wall time the output was first seen stopped, -1 while running
     double wallSec = 0.0;
     for (;;) {
         wallSec =
             std::chrono::duration<double>(std::chrono::steady_clock::now() - wallStart).count();
-        const double clockSec = engine.currentTimeSec();
-        while (const std::optional<double> pictureSec = takeDuePictureTime(engine, clockSec)) {
-            const double errorSec = *pictureSec - clockSec;
-            syncErrorsMs.push_back(errorSec * 1000.0);
-            if (-errorSec > frameDurationSec) {
-                ++framesLate;
-            }
+        // One draw decision per poll, as a display refreshing every kPollInterval would.
+        const PictureDecision decision = engine.decidePictureWithoutDrawing();
+        if (decision.kind == PictureDecision::Kind::Shown) {
+            syncErrorsMs.push_back((decision.ptsSec - decision.clockSec) * 1000.0);
+        } else if (decision.kind == PictureDecision::Kind::Late) {
+            ++framesLate;
         }
-        // The output stops itself once nothing is left to play.
-        if (engine.isAlsoHaveMovie() && !engine.isRunningOutputUnit() && engine.rate() == 1.0 &&
-            clockSec > clockStartSec) {
+        // The output stops itself once nothing is left to play. It also stops
+        // when playback starts before the first packets are read, and the
+        // sample thread starts it again, so only a lasting stop counts.
+        const bool isStopped =
+            engine.isAlsoHaveMovie() && !engine.isRunningOutputUnit() && engine.rate() == 1.0;
+        if (!isStopped) {
+            stoppedSinceSec = -1.0;
+        } else if (stoppedSinceSec < 0.0) {
+            stoppedSinceSec = wallSec;
+        } else if (wallSec - stoppedSinceSec >= kLastingStopSec) {
             outputStopped = true;
             break;
         }

@@ -8,6 +8,7 @@ namespace tolvane::probe {
 // prints its JSON to standard output and returns the process exit status.
 int runTracksCommand(const QStringList &arguments);
 int runPlayCommand(const QStringList &arguments);
+int runFramesCommand(const QStringList &arguments);
 
 // Prints `document` as one line of JSON.
 void printJson(const QVariant &document);
