@@ -73,6 +73,23 @@ class AudioPlaybackTest : public ::testing::Test {
     bool waitForClockPast(double sec, int timeoutMs = 10000) {
         return waitUntil([&] { return engine.currentTimeSec() > sec; }, timeoutMs);
     }
+    // Makes draw decisions as a display would, every few milliseconds, until
+    // the output has stayed stopped for a while (it also stops when playback
+    // starts before any packet is read, and is started again) or time is up.
+    // Returns the time of the last picture shown.
+    double showPicturesUntilTheOutputStops(int timeoutMs = 10000) {
+        double lastShownSec = -1.0;
+        int stoppedPolls = 0;
+        for (int elapsedMs = 0; elapsedMs < timeoutMs && stoppedPolls < 100; elapsedMs += 5) {
+            const PictureDecision decision = engine.decidePictureWithoutDrawing();
+            if (decision.kind == PictureDecision::Kind::Shown) {
+                lastShownSec = decision.ptsSec;
+            }
+            stoppedPolls = engine.isRunningOutputUnit() ? 0 : stoppedPolls + 1;
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        }
+        return lastShownSec;
+    }
     int sampleRate() const {
         return engine.tracks().audiotrack.at(engine.audioStreamIndex()).samplerate;
     }
@@ -119,6 +136,52 @@ TEST_F(AudioPlaybackTest, PauseFreezesTheClockAndStopsReading) {
 
     engine.setRate(1.0);
     EXPECT_TRUE(waitForClockPast(pausedAt + 0.1));
+}
+
+TEST_F(AudioPlaybackTest, OutputStopsItselfAtTheEnd) {
+    open("h264_aac.mkv");
+    start();
+    const double lastShownSec = showPicturesUntilTheOutputStops();
+    EXPECT_FALSE(engine.isRunningOutputUnit());
+    EXPECT_EQ(engine.rate(), 1.0);
+    EXPECT_EQ(engine.bitmapDataCount(), 0);
+    EXPECT_EQ(engine.videoPacketCount(), 0);
+    // The decoder's delay keeps the last picture or two: the pixel path does
+    // not drain it at the end of the file.
+    EXPECT_GT(lastShownSec, engine.fileDurationSec() - 0.3);
+    EXPECT_GE(engine.currentTimeSec(), lastShownSec);
+}
+
+TEST_F(AudioPlaybackTest, ClockRunsOnOverPicturesLeftAfterTheAudioEnds) {
+    open("short_audio.mkv");  // one second of sound, two of pictures
+    start();
+    const double lastShownSec = showPicturesUntilTheOutputStops();
+    EXPECT_FALSE(engine.isRunningOutputUnit());
+    EXPECT_GT(lastShownSec, 1.9);
+    EXPECT_GE(engine.currentTimeSec(), lastShownSec);
+    // Nothing after the audio but pictures: the clock ran on silence.
+    EXPECT_EQ(engine.sampleDataCountForChannel(0), 0);
+}
+
+TEST_F(AudioPlaybackTest, SeekShowsOnePictureAtOnceWhenAsked) {
+    open("long_h264_aac.mkv");
+    auto previewWidth = [&] {
+        float width = 0.0f;
+        engine.readSeekPreview([&](const BitmapBytes &bitmap, float frameWidth, float) {
+            width = bitmap.empty() ? 0.0f : frameWidth;
+        });
+        return width;
+    };
+    engine.setCurrentTimeSec(4.3, false);
+    EXPECT_EQ(previewWidth(), 0.0f);
+    engine.setCurrentTimeSec(6.5, true);
+    EXPECT_EQ(previewWidth(), 160.0f);
+    // A forward seek goes to the next key frame (7.021 s); the target follows
+    // the packet whose picture came out, the decoder's delay included.
+    EXPECT_GE(engine.seekingMovieTime(), 7.021);
+    EXPECT_LT(engine.seekingMovieTime(), 7.2);
+    // The first draw decision after it shows the preview.
+    EXPECT_EQ(engine.decidePictureWithoutDrawing().kind, PictureDecision::Kind::SeekPreview);
 }
 
 TEST_F(AudioPlaybackTest, RatesOtherThanZeroAndOneChangeNothing) {
