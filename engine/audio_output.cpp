@@ -13,9 +13,11 @@ namespace tolvane {
 
 namespace {
 
-// 40 ms per callback: every common sample rate divides evenly, so SDL's dummy
-// driver, which sleeps whole milliseconds between callbacks, keeps real time.
-constexpr int kCallbacksPerSecond = 25;
+// 20 ms per callback. The clock moves in these steps, so they must stay
+// well under a picture's duration; every common sample rate divides evenly,
+// so SDL's dummy driver, which sleeps whole milliseconds between callbacks,
+// keeps time. Smaller steps would risk underruns on loaded machines.
+constexpr int kCallbacksPerSecond = 50;
 constexpr int kMinFramesPerCallback = 256;
 constexpr int kMaxFramesPerCallback = 4096;
 
@@ -219,7 +221,7 @@ bool MyCAOpenGLLayer::renderAudioFrames(std::uint32_t numberFrames, std::uint8_t
     NamedLockGuard poolLock(samplePoolMutex);
     const SourceLayout &layout = renderLayout;
     const int bufferCount = samplePool.bufferCount();
-    const int need = audioBytesPerChannelValue * int(numberFrames) *
+    const int need = bytesOfSampleType(layout.type) * int(numberFrames) *
                      (layout.isPlanar ? 1 : std::max(layout.channels, 1));
     const std::size_t scratchStride = gatherScratch.size() / std::size_t(std::max(bufferCount, 1));
     if (bufferCount == 0 || std::size_t(need) > scratchStride) {

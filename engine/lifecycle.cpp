@@ -89,6 +89,7 @@ void MyCAOpenGLLayer::cleanBeforeOpenFile() {
             bitmapDataForTemp.clear();
             bitmapDataForTemp.shrink_to_fit();
             hasPictureOnScreen = false;
+            hasReadToTheEnd = false;
             frameWidth = 0.0f;
             frameHeight = 0.0f;
         }

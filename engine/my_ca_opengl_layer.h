@@ -388,6 +388,9 @@ private:
     // callback, which may not wait for bitmapDataQueueMutex.
     std::atomic<bool> hasPictureOnScreen{false};
     std::atomic<bool> isSkippingValue{false};
+    // The packet thread's last read failed (the end of the file); a seek
+    // clears it. Until then more pictures may come however empty the lists.
+    std::atomic<bool> hasReadToTheEnd{false};
 
     int lastSeekFlagsValue = 0;             // guarded by seekMutex
     std::int64_t lastSeekTimestampValue = 0;  // guarded by seekMutex

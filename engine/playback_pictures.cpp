@@ -13,7 +13,9 @@ constexpr double kLatePictureSec = 0.16;
 }  // namespace
 
 bool MyCAOpenGLLayer::hasPicturesLeftToShow() const {
-    return bitmapDatas.count() > 0 || videoPackets.count() > 0;
+    // Before the packet thread has read anything (playback just started or
+    // resumed after a seek) the lists are empty too; that is not the end.
+    return bitmapDatas.count() > 0 || videoPackets.count() > 0 || !hasReadToTheEnd.load();
 }
 
 bool MyCAOpenGLLayer::isPictureOnScreen() const {

@@ -105,6 +105,7 @@ void MyCAOpenGLLayer::setCurrentTimeSec(double currentTimeSecToSeek, bool isOneF
             }
         }
 
+        hasReadToTheEnd = false;
         if (vCodecCtx) {
             avcodec_flush_buffers(vCodecCtx.get());
         }

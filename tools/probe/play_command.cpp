@@ -114,11 +114,18 @@ int runPlayCommand(const QStringList &arguments) {
     std::vector<double> syncErrorsMs;
     int framesLate = 0;
     bool outputStopped = false;
+    // Where the clock first moved, for the clock's pace printed to stderr.
+    double firstAdvanceWallSec = -1.0;
+    double firstAdvanceClockSec = 0.0;
     double stoppedSinceSec = -1.0;  // wall time the output was first seen stopped, -1 while running
     double wallSec = 0.0;
     for (;;) {
         wallSec =
             std::chrono::duration<double>(std::chrono::steady_clock::now() - wallStart).count();
+        if (firstAdvanceWallSec < 0.0 && engine.currentTimeSec() != clockStartSec) {
+            firstAdvanceWallSec = wallSec;
+            firstAdvanceClockSec = engine.currentTimeSec();
+        }
         // One draw decision per poll, as a display refreshing every kPollInterval would.
         const PictureDecision decision = engine.decidePictureWithoutDrawing();
         if (decision.kind == PictureDecision::Kind::Shown) {
@@ -146,6 +153,12 @@ int runPlayCommand(const QStringList &arguments) {
     }
     const double clockEndSec = engine.currentTimeSec();
     const double cpuSec = processCpuSec() - cpuStart;
+    if (firstAdvanceWallSec >= 0.0 && wallSec > firstAdvanceWallSec) {
+        QTextStream(stderr) << "clock pace against the wall clock: "
+                            << (clockEndSec - firstAdvanceClockSec) /
+                                   (wallSec - firstAdvanceWallSec)
+                            << '\n';
+    }
     engine.setRate(0.0);
 
     std::vector<double> absoluteErrors;
