@@ -3,6 +3,7 @@
 #include <atomic>
 #include <list>
 #include <mutex>
+#include <vector>
 
 #include "base/named_mutex.h"
 
@@ -63,6 +64,13 @@ public:
         return &*cursor_;
     }
 
+    // Forgets what was read without freeing it: the next read starts again
+    // at the first item.
+    void resetCursor() {
+        NamedLockGuard lock(mutex_);
+        hasCursor_ = false;
+    }
+
     // Frees the items read so far; with no cursor, frees every item.
     void removeThroughCursor() {
         NamedLockGuard lock(mutex_);
@@ -76,6 +84,21 @@ public:
         }
         hasCursor_ = false;
         count_.store(int(items_.size()), std::memory_order_relaxed);
+    }
+
+    // As removeThroughCursor(), handing the removed items to the caller in
+    // queue order instead of freeing them.
+    std::vector<T> takeThroughCursor() {
+        NamedLockGuard lock(mutex_);
+        std::vector<T> taken;
+        const auto end = hasCursor_ ? std::next(cursor_) : items_.end();
+        for (auto item = items_.begin(); item != end; ++item) {
+            taken.push_back(std::move(*item));
+        }
+        items_.erase(items_.begin(), end);
+        hasCursor_ = false;
+        count_.store(int(items_.size()), std::memory_order_relaxed);
+        return taken;
     }
 
     void removeAll() {

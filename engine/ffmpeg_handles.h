@@ -54,4 +54,8 @@ struct OpenedInput {
 };
 OpenedInput openInputWithStreamInfo(const char *utf8Path);
 
+// A decoder context for `stream`'s parameters, not yet opened; null when it
+// cannot be made.
+CodecContextPtr codecContextForStream(const AVCodec *codec, const AVStream *stream);
+
 }  // namespace tolvane

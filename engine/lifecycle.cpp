@@ -17,12 +17,30 @@ void MyCAOpenGLLayer::cleanBeforeQuit() { cleanBeforeOpenFile(); }
 void MyCAOpenGLLayer::cleanBeforeOpenFile() {
     try {
         isAlsoHaveMovieValue = false;
+        stopSampleThread();
+        stopPixelThread();
         stopPacketThread();
         isInterlacedValue = false;
+        destroyOutputUnit();
 
+        isSkippingValue = false;
+        resetAudioDecodingStateForNewTrack();
         {
             NamedLockGuard lock(rateMutex);
             rateValue = 0.0;
+        }
+        {
+            const int lists = sampleListCount();
+            for (int channel = 0; channel < lists; ++channel) {
+                removeAllSampleDatasForChannel(channel);
+            }
+        }
+        removeAllBitmapDatas();
+        removeAllHoldingBitmapDatas();
+        releasePooledBitmapStorage();
+        {
+            NamedLockGuard lock(samplePoolMutex);
+            samplePool.release();
         }
         {
             NamedLockGuard lock(drawVideoMutex);
@@ -70,6 +88,8 @@ void MyCAOpenGLLayer::cleanBeforeOpenFile() {
             NamedLockGuard lock(bitmapDataQueueMutex);
             bitmapDataForTemp.clear();
             bitmapDataForTemp.shrink_to_fit();
+            hasPictureOnScreen = false;
+            hasReadToTheEnd = false;
             frameWidth = 0.0f;
             frameHeight = 0.0f;
         }
@@ -85,8 +105,13 @@ double MyCAOpenGLLayer::rate() const {
 
 void MyCAOpenGLLayer::setRate(double newRate) {
     NamedLockGuard lock(rateMutex);
-    if (newRate == 1.0 || newRate == 0.0) {
-        rateValue = newRate;
+    // The engine has no fast or slow playback: any other value is ignored.
+    if (newRate == 1.0) {
+        rateValue = 1.0;
+        startOutputUnit();
+    } else if (newRate == 0.0) {
+        rateValue = 0.0;
+        stopOutputUnit();
     }
 }
 

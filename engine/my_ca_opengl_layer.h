@@ -3,14 +3,19 @@
 #include <QString>
 #include <atomic>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "base/named_mutex.h"
 #include "base/worker_thread.h"
 #include "engine/alert_presenter.h"
+#include "engine/bitmap_data.h"
 #include "engine/cursor_queue.h"
 #include "engine/ffmpeg_handles.h"
+#include "engine/sample_pool.h"
+#include "engine/sdl_audio_device.h"
 #include "engine/tracks.h"
+#include "engine/video_decoding_rules.h"
 
 namespace tolvane {
 
@@ -32,6 +37,19 @@ enum PixelFormatMode : int {
 
 // What the packet thread does on one pass, from its pacing table.
 enum class PacketPassAction { Sleep, Read };
+
+// What the sample thread does after one turn: sleep an idle turn, or go on at once.
+enum class SampleTurnAction { Sleep, Continue };
+
+// One draw decision: nothing new, the seek preview, a due picture made
+// current, or a late picture discarded. `ptsSec` and `clockSec` are the
+// picture's time and the clock it was judged against.
+struct PictureDecision {
+    enum class Kind { Nothing, SeekPreview, Shown, Late };
+    Kind kind = Kind::Nothing;
+    double ptsSec = 0.0;
+    double clockSec = 0.0;
+};
 
 // The playback engine of FFmpeg mode: it owns the open file, the decoders,
 // the worker threads and every queue between them.
@@ -118,10 +136,148 @@ public:
     // failed). Exposed so that the pacing can be driven without a thread.
     PacketPassAction addPacketOnePass();
 
+    // --- Audio decoding and sample lists (sample_thread.cpp)
+    // The sample thread decodes the audio packets into one list per channel
+    // (planar S16P, S32P, FLTP) or one interleaved list (every other format).
+    void startSampleThread();
+    void stopSampleThread();
+    bool hasSampleThread() const { return sampleThread != nullptr; }
+    // One turn of the sample thread's loop, exposed so that it can be driven
+    // without a thread.
+    SampleTurnAction addSampleOneTurn();
+    // List operations; each takes sampleDataQueueMutex. addSampleData takes
+    // the bytes over; getSampleData hands out the next unread node, borrowed
+    // until the matching remove.
+    void addSampleData(std::vector<std::uint8_t> data, double ptsSec, int channel);
+    const SampleNode *getSampleData(int channel);
+    void removeSampleDataForChannel(int channel);
+    // Also zeroes both sample counters and clears isEnoughSample.
+    void removeAllSampleDatasForChannel(int channel);
+    int sampleDataCountForChannel(int channel) const { return sampleLists.channel(channel).count(); }
+    // 1 for packed sources, the channel count (at most 8) for planar ones.
+    int sampleListCount() const;
+    bool isEnoughSample() const { return isEnoughSampleValue.load(); }
+    // Decode failures since the track was opened, saturating at 4. Any thread.
+    int countAudioDecodingError() const { return countAudioDecodingErrorValue.load(); }
+    std::int64_t outputtedSampleCount() const { return gOutputtedSampleCount.load(); }
+    std::int64_t readedSampleCount() const { return gReadedSampleCount.load(); }
+
+    // --- Audio output (audio_output.cpp). Main thread unless said otherwise.
+    // Opens the output device for the current audio track, paused, with its
+    // pool and scratch buffers; replaces a device already open.
+    bool setDefaultOutputAUWithVolume(float volume);
+    // Sets up the output and starts the packet, pixel and sample threads.
+    bool setDefaultOutputAndTimersBeforeStartWithVolume(float volume);
+    // Linear gain applied in the callback (1.0 unchanged, more amplifies with
+    // saturation). Does nothing while no output is set up.
+    void setVolume(float volume);
+    float volume() const { return outputVolume.load(); }
+    // Idempotent. Any thread, but never while holding a lock the callback takes.
+    void startOutputUnit();
+    void stopOutputUnit();
+    bool isRunningOutputUnit() const { return isRunningOutputUnitValue.load(); }
+    bool hasOutputUnit() const { return outputDeviceId.load() != 0; }
+    // The device's frames per callback and channels, 0 while none is open.
+    int outputFramesPerCallback() const { return outputFramesPerCallbackValue.load(); }
+    // The render callback, on the device's thread: fills `streamBytes` bytes
+    // of the device's interleaved stream. Blocks only on the short locks of
+    // the sample path and allocates nothing.
+    void callbackUpdateAudioFrameInNumberFrames(std::uint32_t numberFrames, std::uint8_t *stream,
+                                                int streamBytes);
+    // Switches to audio stream `newAudioStreamIdx`, resuming one second
+    // earlier; a stream without decoder keeps the old track and posts
+    // "MYOpenGLLayerAudioCodecError".
+    void changeAudioTrack(int newAudioStreamIdx);
+
+    // --- Seeking (seeking.cpp). Main thread.
+    // Seeks to `currentTimeSec` seconds from the start of the media; the
+    // threads stay stopped until restartTimers(). With `isOneFrame` the
+    // picture at the target is decoded and shown at once.
+    void setCurrentTimeSec(double currentTimeSec, bool isOneFrame);
+    void restartTimers();
+    void displayJustOneVideoFrame(double targetSec);
+    // The flags of the last av_seek_frame call (8 forward, 9 backward) and
+    // its time stamp; for diagnosis.
+    int lastSeekFlags() const { return lastSeekFlagsValue; }
+    std::int64_t lastSeekTimestamp() const { return lastSeekTimestampValue; }
+    double seekingMovieTime() const { return seekingMovieTimeSec.load(); }
+
+    // --- The draw decision without drawing (playback_pictures.cpp), for a
+    // window-less consumer such as the probe: once per refresh, decides which
+    // picture is current at the clock, as the view's draw decision does.
+    PictureDecision decidePictureWithoutDrawing();
+    // Late pictures are being discarded.
+    bool isSkipping() const { return isSkippingValue.load(); }
+
+    // --- Pixel thread and bitmap lists
+    // The pixel thread decodes video packets into timed bitmaps. Start and
+    // stop run on the main thread; a pass may be run by hand (tests, the
+    // probe) only while no pixel thread runs.
+    void startPixelThread();
+    void stopPixelThread();
+    bool hasPixelThread() const { return pixelThread != nullptr; }
+    // One pass of the pixel thread's loop.
+    PixelPassOutcome addBitmapDataOnePass();
+    // The video stream's frame rate as the pixel thread paces by it.
+    double videoFrameRate() const;
+    // Converts `frame` into the bitmap layout of pixelFormatMode() and
+    // queues it with `ptsSec`, or makes it the seek preview while a seek
+    // shows its picture. `fps` is not used by the conversion.
+    void addBitmapDataToQueueWithAVFrame(const AVFrame *frame, double ptsSec, double fps);
+    // Single-frame display while paused or seeking: feeds `packet` to the
+    // decoder and shows the picture that comes out if it is a key frame.
+    // Called with the pixel thread stopped.
+    bool decodingJustOneVideoFrameForNormal(const AVPacket *packet, double fps);
+
+    // The bitmap list, shared with the drawing under bitmapDataQueueMutex.
+    // getBitmapData() lends the next unread picture (valid until removed);
+    // removeBitmapData() hands the pictures read so far to the caller, or
+    // every picture when none was read.
+    void addBitmapData(BitmapBytes bitmapData, double ptsSecData, int width, int height);
+    const BitmapData *getBitmapData();
+    std::vector<BitmapData> removeBitmapData();
+    void removeAllBitmapDatas();
+    int bitmapDataCount() const { return bitmapDatas.count(); }
+    // The holding bitmap list, in time order when filled by the insert.
+    void addHoldingBitmapData(BitmapBytes bitmapData, double hPTSData);
+    void insertHoldingBitmapData(BitmapBytes bitmapData, double hPTSData);
+    const HoldingBitmapData *getHoldingBitmapData();
+    std::vector<HoldingBitmapData> removeHoldingBitmapData();
+    void removeAllHoldingBitmapDatas();
+    int holdingBitmapDataCount() const { return holdingBitmapDatas.count(); }
+    // Calls `reader` with the seek preview under bitmapDataQueueMutex.
+    void readSeekPreview(
+        const std::function<void(const BitmapBytes &bitmapDataForTemp, float frameWidth,
+                                 float frameHeight)> &reader) const;
+    bool isSeekingVideoNow() const { return isSeekingVideo.load(); }
+    // Test seam until the seek sets the flag itself.
+    void setIsSeekingVideoForTesting(bool value) { isSeekingVideo = value; }
+
 private:
     void addPacketOnThreadOnlyOne(const std::function<bool()> &isCancelled);
     void showAlert(const QString &message, const QString &informativeText);
     QString openMovieFileSteps(const QString &path);
+
+    // --- Audio decoding and sample lists
+    void addSampleToQueueOnThreadOnlyOne(const std::function<bool()> &isCancelled);
+    void decodeAudioPacketIntoSampleLists(const AVPacket &packet);
+    void queueDecodedAudioFrame(const AVFrame &frame, double ptsSec);
+    void countAudioDecodingFailure();
+    // Sets the decoding state of a freshly opened audio decoder.
+    void resetAudioDecodingStateForNewTrack();
+    void emptySampleListsAndPool();
+
+    // --- Audio output
+    // Renders one request into the device's stream; false when no audio was
+    // given (buffering, underrun), after the idle step.
+    bool renderAudioFrames(std::uint32_t numberFrames, std::uint8_t *interleavedOut);
+    void idleStepOfAudioCallbackWithEnoughMutexHeld(std::uint32_t numberFrames);
+    bool hasPicturesLeftToShow() const;
+    bool isPictureOnScreen() const;
+    void destroyOutputUnit();
+    void syncOutputDevicePauseWithRunningFlag();
+    void primeDeferredSeekIndex(AVStream *videoStream, double targetSec);
+    bool openAudioDecoderForStream(int streamIndex);
 
     // --- Locks, named for what they guard. Created with the engine.
     mutable NamedRecursiveMutex videoPacketQueueMutex{"videoPacketQueue"};
@@ -165,7 +321,7 @@ private:
 
     // --- Decoding options and capabilities
     bool isUseH264AccValue = true;
-    bool is10bitModeValue = true;
+    std::atomic<bool> is10bitModeValue{true};  // read by the pixel thread
     bool isMacSupportH264AccValue = false;
 
     // --- Audio format of the chosen track
@@ -196,12 +352,62 @@ private:
     // --- Drawing
     bool isResized = true;          // guarded by drawVideoMutex
     int countAfterChangeScreen = 0;  // guarded by drawVideoMutex
-    std::vector<std::uint8_t> bitmapDataForTemp;  // guarded by bitmapDataQueueMutex
+    BitmapBytes bitmapDataForTemp;                // guarded by bitmapDataQueueMutex
     float frameWidth = 0.0f;                      // guarded by bitmapDataQueueMutex
     float frameHeight = 0.0f;                     // guarded by bitmapDataQueueMutex
 
     AlertPresenter *alertPresenter = nullptr;
     RecordingAlertPresenter fallbackAlerts;
+
+    // --- Audio decoding and sample lists
+    std::unique_ptr<WorkerThread> sampleThread;
+    SampleLists sampleLists{sampleDataQueueMutex};
+    SamplePool samplePool;                          // guarded by samplePoolMutex
+    std::atomic<bool> isEnoughSampleValue{false};   // written under enoughMutex, read anywhere
+    std::atomic<bool> isFrameSizeZero{false};
+    std::atomic<int> countAudioDecodingErrorValue{0};
+    int audioFrameSize = 0;                         // guarded by sampleDataThreadMutex
+    FramePtr aFrame;                                // guarded by sampleDataThreadMutex
+
+    // --- Audio output
+    std::unique_ptr<SdlAudioDevice> theOutputUnit;  // created and destroyed on the main thread
+    // The open device's id for the pause calls made from any thread; 0 when none.
+    std::atomic<std::uint32_t> outputDeviceId{0};
+    std::atomic<int> outputFramesPerCallbackValue{0};
+    std::atomic<int> outputFrameBytes{0};  // of one interleaved frame in the device's stream
+    std::atomic<bool> isRunningOutputUnitValue{false};  // written under startStopMutex
+    std::atomic<float> outputVolume{1.0f};
+    // What the callback renders, fixed at set-up; guarded by samplePoolMutex.
+    SourceLayout renderLayout;
+    int outputDeviceChannels = 2;                   // guarded by samplePoolMutex
+    std::vector<std::uint8_t> gatherScratch;        // guarded by samplePoolMutex
+    std::vector<std::uint8_t> renderScratch;        // guarded by samplePoolMutex
+
+    // --- Seeking
+    // Whether a picture is current (a seek preview or a shown frame), for the
+    // callback, which may not wait for bitmapDataQueueMutex.
+    std::atomic<bool> hasPictureOnScreen{false};
+    std::atomic<bool> isSkippingValue{false};
+    // The packet thread's last read failed (the end of the file); a seek
+    // clears it. Until then more pictures may come however empty the lists.
+    std::atomic<bool> hasReadToTheEnd{false};
+
+    int lastSeekFlagsValue = 0;             // guarded by seekMutex
+    std::int64_t lastSeekTimestampValue = 0;  // guarded by seekMutex
+
+    // --- Pixel thread and bitmap lists
+    void addBitmapDataToQueueOnThreadOnlyOne(const std::function<bool()> &isCancelled);
+    // Feeds the packet just read and takes at most one picture; true when a
+    // picture came out (it is then queued). Runs under bitmapDataThreadMutex.
+    bool decodeVideoPacketIntoQueue(const AVPacket *packet, double fps);
+    void queueDecodedPicture(const AVFrame *frame, const AVPacket *packetJustFed, double fps);
+    // Switches to the first-field layout and posts the notification, both
+    // once per file, when `frame` is interlaced.
+    void noteInterlacedFrame(const AVFrame *frame);
+
+    std::unique_ptr<WorkerThread> pixelThread;  // main thread only
+    CursorQueue<BitmapData> bitmapDatas{bitmapDataQueueMutex};
+    CursorQueue<HoldingBitmapData> holdingBitmapDatas{holdingBitmapDataQueueMutex};
 };
 
 }  // namespace tolvane

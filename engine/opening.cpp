@@ -57,7 +57,9 @@ std::vector<IndexEntrySummary> indexEntriesOf(const AVStream *stream) {
     return entries;
 }
 
-CodecContextPtr codecContextFor(const AVCodec *codec, const AVStream *stream) {
+}  // namespace
+
+CodecContextPtr codecContextForStream(const AVCodec *codec, const AVStream *stream) {
     CodecContextPtr context(avcodec_alloc_context3(codec));
     if (context && avcodec_parameters_to_context(context.get(), stream->codecpar) >= 0) {
         context->pkt_timebase = stream->time_base;
@@ -65,8 +67,6 @@ CodecContextPtr codecContextFor(const AVCodec *codec, const AVStream *stream) {
     }
     return nullptr;
 }
-
-}  // namespace
 
 OpenedInput openInputWithStreamInfo(const char *utf8Path) {
     OpenedInput result;
@@ -162,14 +162,15 @@ QString MyCAOpenGLLayer::openMovieFileSteps(const QString &path) {
     if (aCodec == nullptr) {
         return QStringLiteral("-2005");
     }
-    vCodecCtx = codecContextFor(vCodec, videoStream);
+    vCodecCtx = codecContextForStream(vCodec, videoStream);
     if (!vCodecCtx) {
         return codeWithError("-2006", AVERROR(ENOMEM));
     }
+    configureVideoDecoderThreads(*vCodecCtx);
     if (const int error = avcodec_open2(vCodecCtx.get(), vCodec, nullptr); error < 0) {
         return codeWithError("-2006", error);
     }
-    aCodecCtx = codecContextFor(aCodec, audioStream);
+    aCodecCtx = codecContextForStream(aCodec, audioStream);
     if (!aCodecCtx) {
         return codeWithError("-2007", AVERROR(ENOMEM));
     }

@@ -86,8 +86,10 @@ PacketPassAction MyCAOpenGLLayer::addPacketOnePass() {
     PacketPtr packet = makePacket();
     // End of file and read errors alike: try again on a later pass.
     if (av_read_frame(pFormatCtx.get(), packet.get()) < 0) {
+        hasReadToTheEnd = true;
         return PacketPassAction::Sleep;
     }
+    hasReadToTheEnd = false;
     if (packet->stream_index == videoStreamIdx) {
         videoPackets.add(std::move(packet));
     } else if (packet->stream_index == audioStreamIdx) {

@@ -32,6 +32,10 @@ struct Subcommand {
 const std::map<QString, Subcommand> &subcommands() {
     static const std::map<QString, Subcommand> table = {
         {QStringLiteral("tracks"), {tolvane::probe::runTracksCommand, "tracks FILE"}},
+        {QStringLiteral("play"),
+         {tolvane::probe::runPlayCommand,
+          "play FILE [--seek SEC] [--for SEC] [--audio-track IDX]"}},
+        {QStringLiteral("frames"), {tolvane::probe::runFramesCommand, "frames FILE [--count N]"}},
     };
     return table;
 }
