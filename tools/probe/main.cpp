@@ -32,6 +32,9 @@ struct Subcommand {
 const std::map<QString, Subcommand> &subcommands() {
     static const std::map<QString, Subcommand> table = {
         {QStringLiteral("tracks"), {tolvane::probe::runTracksCommand, "tracks FILE"}},
+        {QStringLiteral("series"), {tolvane::probe::runSeriesCommand, "series FILE_A FILE_B"}},
+        {QStringLiteral("playlist"),
+         {tolvane::probe::runPlaylistCommand, "playlist [--where DIR] PATH..."}},
     };
     return table;
 }

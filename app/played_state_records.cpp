@@ -1,0 +1,273 @@
+#include "played_state_records.h"
+
+#include <QCborValue>
+#include <QFileInfo>
+#include <QSettings>
+#include <QStorageInfo>
+#include <stdexcept>
+
+#include "base/log.h"
+#include "bookmarks.h"
+#include "media_file_kinds.h"
+#include "opened_items.h"
+#include "playlist.h"
+#include "user_defaults.h"
+
+namespace tolvane {
+namespace {
+
+constexpr const char *kTotalFdFlsDataKey = "QZRTotalFdFlsData";
+constexpr const char *kRecentFdFlsDataKey = "QZRRecentFdFlsData";
+constexpr const char *kRecentIsFolderKey = "QZRRecentIsFolder";
+
+QVariantMap readRecord(const char *key) {
+    const QByteArray data = openTolvaneSettings()->value(QLatin1String(key)).toByteArray();
+    if (data.isEmpty()) {
+        return {};
+    }
+    return QCborValue::fromCbor(data).toVariant().toMap();
+}
+
+// Throws so that the caller's boundary logs the failure once.
+void writeRecord(const char *key, const QVariantMap &record) {
+    const auto settings = openTolvaneSettings();
+    settings->setValue(QLatin1String(key), QCborValue::fromVariant(record).toCbor());
+    settings->sync();
+    if (settings->status() != QSettings::NoError) {
+        throw std::runtime_error("the settings file could not be written");
+    }
+}
+
+QString folderPathOfFile(const QString &filePath) {
+    return QFileInfo(filePath).path();
+}
+
+bool isOnReadOnlyFileSystem(const QUrl &url) {
+    const QStorageInfo storage(url.toLocalFile());
+    return storage.isValid() && storage.isReadOnly();
+}
+
+// The size the file had when the playlist was built: the state being saved
+// belongs to that file, even if another one has replaced it on disk since.
+quint64 sizeOfCurrentFileWhenLoaded(const Playlist &playlist) {
+    const QUrl &current = playlist.reOpen.reOpenURL;
+    if (playlist.indexPlay >= 0 && playlist.indexPlay < playlist.playList.size()) {
+        const PlaylistItem &item = playlist.playList[playlist.indexPlay];
+        if (item.url == current) {
+            return item.playSize;
+        }
+    }
+    return currentFileSizeOfURL(current);
+}
+
+RecentURLGroup recentGroupFromURLs(const QList<QUrl> &urls, bool isVideoGroup) {
+    RecentURLGroup group;
+    for (const QUrl &url : urls) {
+        RecentURLEntry entry;
+        entry.absolute = url.toString();
+        entry.writable = !isOnReadOnlyFileSystem(url);
+        // A video on a read-only disk is recorded without a bookmark; reopening
+        // reports it instead of failing silently.
+        if (!isVideoGroup || entry.writable) {
+            entry.bookmark = bookmarkDataFromURL(url);
+        }
+        group.lurls.append(entry);
+    }
+    return group;
+}
+
+QList<QUrl> resolvedURLsOfGroup(const RecentURLGroup &group) {
+    QList<QUrl> urls;
+    for (const RecentURLEntry &entry : group.lurls) {
+        if (const std::optional<QUrl> url = resolvedURLFromBookmarkData(entry.bookmark)) {
+            urls.append(*url);
+        }
+    }
+    return urls;
+}
+
+}  // namespace
+
+PlayedStateRecords::PlayedStateRecords(const Playlist &playlist_, OpenedItems &openedItems_)
+    : playlist(playlist_), openedItems(openedItems_) {}
+
+void PlayedStateRecords::saveTotalFdFlsData(const QString &mode) {
+    try {
+        TotalFdFlsData total = readTotalFdFlsData();
+        total.ttfolder = newDicFromTtFolderDic(total.ttfolder, mode);
+        total.ttfile = newDicFromTtFileDic(total.ttfile);
+        storeTotalFdFlsData(total);
+    } catch (const std::exception &error) {
+        logException("stffd", error.what());
+    }
+}
+
+QMap<QString, FileEntry> PlayedStateRecords::newDicFromTtFileDic(
+    const QMap<QString, FileEntry> &ttfile) const {
+    QMap<QString, FileEntry> files = ttfile;
+    if (!playlist.hasCurrentItem()) {
+        return files;
+    }
+    evictLeastRecentlyAccessedEntries(files, kFileEntriesEvictionTrigger, kFileEntriesKeptBelow);
+    const ReOpenFields &current = playlist.reOpen;
+    FileEntry entry;
+    entry.fsize = sizeOfCurrentFileWhenLoaded(playlist);
+    entry.laccs = laccsStringForNow();
+    entry.ctime = current.reOpenCTimeSec;
+    entry.caudio = current.reOpenAudioIdx;
+    entry.csubtitleidxs = current.reOpenSubtitleIdxs;
+    entry.cdelaydic = current.reOpenDelayDic;
+    entry.cdone = current.reOpenDone;
+    files.insert(current.reOpenURL.toLocalFile(), entry);
+    return files;
+}
+
+TtFolderDic PlayedStateRecords::newDicFromTtFolderDic(const TtFolderDic &ttfolder,
+                                                      const QString &mode) const {
+    TtFolderDic folders = ttfolder;
+    evictLeastRecentlyAccessedEntries(folders.folders, kFolderEntriesEvictionTrigger,
+                                      kFolderEntriesKeptBelow);
+    const bool isFolderMode = mode == QLatin1String("folder") ||
+                              (mode == QLatin1String("auto") && getSavedRecentIsFolder());
+    if (!isFolderMode || !playlist.hasCurrentItem()) {
+        return folders;
+    }
+    const QString currentPath = playlist.reOpen.reOpenURL.toLocalFile();
+    const QString folderPath = folderPathOfFile(currentPath);
+    FolderEntry entry;
+    entry.cpath = currentPath;
+    entry.laccs = laccsStringForNow();
+    for (const PlaylistItem &item : playlist.playList) {
+        entry.lurls.append(item.url.toLocalFile());
+    }
+    folders.folders.insert(folderPath, entry);
+    folders.QZRrcfdpath = folderPath;
+    folders.QZRrcplist1 = entry.lurls;
+    return folders;
+}
+
+TotalFdFlsData PlayedStateRecords::readTotalFdFlsData() {
+    return TotalFdFlsData::fromVariantMap(readRecord(kTotalFdFlsDataKey));
+}
+
+void PlayedStateRecords::storeTotalFdFlsData(const TotalFdFlsData &totalFdFlsDic) {
+    writeRecord(kTotalFdFlsDataKey, totalFdFlsDic.toVariantMap());
+}
+
+std::optional<FileEntry> PlayedStateRecords::getSavedEachFileDicFromURL(
+    const QUrl &url, const TotalFdFlsData &totalFdFlsDic) {
+    const auto found = totalFdFlsDic.ttfile.constFind(url.toLocalFile());
+    if (found == totalFdFlsDic.ttfile.cend()) {
+        return std::nullopt;
+    }
+    return *found;
+}
+
+std::optional<FolderEntry> PlayedStateRecords::getSavedEachFolderDicFromURL(
+    const QUrl &folderURL, const TotalFdFlsData &totalFdFlsDic) {
+    const auto found = totalFdFlsDic.ttfolder.folders.constFind(folderURL.toLocalFile());
+    if (found == totalFdFlsDic.ttfolder.folders.cend()) {
+        return std::nullopt;
+    }
+    return *found;
+}
+
+FileEntry PlayedStateRecords::getResetEachFileDicFromURL(const QUrl &url,
+                                                         const TotalFdFlsData &totalFdFlsDic) {
+    const quint64 currentSize = currentFileSizeOfURL(url);
+    if (std::optional<FileEntry> saved = getSavedEachFileDicFromURL(url, totalFdFlsDic);
+        saved && saved->fsize == currentSize) {
+        return *saved;
+    }
+    FileEntry fresh;
+    fresh.fsize = currentSize;
+    fresh.laccs = laccsStringForNow();
+    return fresh;
+}
+
+QString PlayedStateRecords::getSavedRecentFolderPathFromTotalFdFlsDic(
+    const TotalFdFlsData &totalFdFlsDic) {
+    return totalFdFlsDic.ttfolder.QZRrcfdpath;
+}
+
+QStringList PlayedStateRecords::getSavedRecentPList1DicFromTotalFdFlsDic(
+    const TotalFdFlsData &totalFdFlsDic) {
+    return totalFdFlsDic.ttfolder.QZRrcplist1;
+}
+
+void PlayedStateRecords::saveRecentFdFlsData(const QString &part) {
+    try {
+        RecentFdFlsData recent = readRecentFdFlsData();
+        const bool isAll = part == QLatin1String("all");
+        if (isAll || part == QLatin1String("folder")) {
+            recent.rcfolder = newDicFromRcFolderDic();
+        }
+        if (isAll || part == QLatin1String("subtitle")) {
+            recent.rcsubtitle = newDicFromRcSubtitleDic();
+        }
+        if (isAll || part == QLatin1String("video")) {
+            recent.rcvideo = newDicFromRcVideoDic();
+        }
+        if (isAll || part == QLatin1String("index")) {
+            recent.rcplist0idx = openedItems.indexList;
+        }
+        writeRecord(kRecentFdFlsDataKey, recent.toVariantMap());
+    } catch (const std::exception &error) {
+        logException("srffd", error.what());
+    }
+}
+
+RecentURLGroup PlayedStateRecords::newDicFromRcFolderDic() const {
+    return recentGroupFromURLs(openedItems.openedFolderURLs, false);
+}
+
+RecentURLGroup PlayedStateRecords::newDicFromRcSubtitleDic() const {
+    return recentGroupFromURLs(openedItems.openedSubtitleFileURLs, false);
+}
+
+RecentURLGroup PlayedStateRecords::newDicFromRcVideoDic() const {
+    return recentGroupFromURLs(openedItems.openedVideoFileURLs, true);
+}
+
+RecentFdFlsData PlayedStateRecords::readRecentFdFlsData() {
+    return RecentFdFlsData::fromVariantMap(readRecord(kRecentFdFlsDataKey));
+}
+
+RecentURLGroup PlayedStateRecords::getSavedRecentFolderDicFromRecentFdFlsDic(
+    const RecentFdFlsData &recent) {
+    return recent.rcfolder;
+}
+
+RecentURLGroup PlayedStateRecords::getSavedRecentSubtitleDicFromRecentFdFlsDic(
+    const RecentFdFlsData &recent) {
+    return recent.rcsubtitle;
+}
+
+RecentURLGroup PlayedStateRecords::getSavedRecentVideoDicFromRecentFdFlsDic(
+    const RecentFdFlsData &recent) {
+    return recent.rcvideo;
+}
+
+int PlayedStateRecords::getSavedRecentPList0IndexFromRecentFdFlsDic(const RecentFdFlsData &recent) {
+    return recent.rcplist0idx;
+}
+
+void PlayedStateRecords::loadRecentFdFlsData() {
+    const RecentFdFlsData recent = readRecentFdFlsData();
+    openedItems.openedFolderURLs = resolvedURLsOfGroup(recent.rcfolder);
+    openedItems.openedSubtitleFileURLs = resolvedURLsOfGroup(recent.rcsubtitle);
+    openedItems.openedVideoFileURLs = resolvedURLsOfGroup(recent.rcvideo);
+    openedItems.indexList = recent.rcplist0idx;
+}
+
+void PlayedStateRecords::saveRecentIsFolder(bool isFolder) {
+    const auto settings = openTolvaneSettings();
+    settings->setValue(QLatin1String(kRecentIsFolderKey), isFolder);
+    settings->sync();
+}
+
+bool PlayedStateRecords::getSavedRecentIsFolder() {
+    return openTolvaneSettings()->value(QLatin1String(kRecentIsFolderKey), false).toBool();
+}
+
+}  // namespace tolvane
