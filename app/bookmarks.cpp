@@ -63,7 +63,12 @@ std::optional<QUrl> resolvedURLFromBookmarkData(const QByteArray &bookmarkData) 
     if (bookmarkData.isEmpty()) {
         return std::nullopt;
     }
-    const QCborMap record = QCborValue::fromCbor(bookmarkData).toMap();
+    QCborParserError error;
+    const QCborValue value = QCborValue::fromCbor(bookmarkData, &error);
+    if (error.error != QCborError::NoError || !value.isMap()) {
+        return std::nullopt;
+    }
+    const QCborMap record = value.toMap();
     for (const char *key : {kPortalPathKey, kPathKey}) {
         const QString path = record.value(QLatin1String(key)).toString();
         if (!path.isEmpty() && QDir::isAbsolutePath(path) && QFileInfo::exists(path)) {

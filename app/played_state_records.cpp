@@ -25,7 +25,16 @@ QVariantMap readRecord(const char *key) {
     if (data.isEmpty()) {
         return {};
     }
-    return QCborValue::fromCbor(data).toVariant().toMap();
+    // A damaged value must not be converted at all: Qt's conversion of a
+    // partly decoded value can crash.
+    QCborParserError error;
+    const QCborValue record = QCborValue::fromCbor(data, &error);
+    if (error.error != QCborError::NoError || !record.isMap()) {
+        logWarning(QStringLiteral("The record \"%1\" is unreadable and is read as empty: %2")
+                       .arg(QLatin1String(key), error.errorString()));
+        return {};
+    }
+    return record.toVariant().toMap();
 }
 
 // Throws so that the caller's boundary logs the failure once.

@@ -2,12 +2,11 @@
 
 #include <QByteArray>
 #include <QMetaType>
+#include <QSettings>
 #include <QString>
 #include <QVariant>
 #include <memory>
 #include <vector>
-
-class QSettings;
 
 namespace tolvane {
 
