@@ -2,6 +2,8 @@
 
 #include <QSettings>
 
+#include "caption_font.h"
+
 namespace tolvane {
 namespace {
 
@@ -79,6 +81,8 @@ std::unique_ptr<QSettings> openTolvaneSettings() {
     settings->setAtomicSyncRequired(true);
     return settings;
 }
+
+UserDefaults::UserDefaults() : UserDefaults(preferredCaptionFontName()) {}
 
 UserDefaults::UserDefaults(const QString &defaultCaptionFontName)
     : table(userDefaultsTable(defaultCaptionFontName)) {}

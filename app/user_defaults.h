@@ -43,9 +43,10 @@ std::unique_ptr<QSettings> openTolvaneSettings();
 
 class UserDefaults {
   public:
-    // Registers the table's defaults (registerDefaults). `defaultCaptionFontName`
-    // comes from preferredCaptionFontName() where a font database is available.
-    explicit UserDefaults(const QString &defaultCaptionFontName = fallbackCaptionFontName());
+    // Registers the table's defaults (registerDefaults), with the installed
+    // caption font of choice as the default "FontName".
+    UserDefaults();
+    explicit UserDefaults(const QString &defaultCaptionFontName);
 
     QVariant value(const QString &key) const;
     void setValue(const QString &key, const QVariant &value);
