@@ -84,7 +84,7 @@ void OpenedItems::startNewOpenedLists(const SortedOpenedURLs &sorted) {
 }
 
 QString OpenedItems::titleForFiles(const QUrl &firstFileURL, qsizetype fileCount) {
-    const QString baseName = QFileInfo(firstFileURL.path()).completeBaseName();
+    const QString baseName = QFileInfo(firstFileURL.path(QUrl::FullyDecoded)).completeBaseName();
     if (fileCount <= 1) {
         return baseName;
     }

@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "base/log.h"
+#include "base/named_mutex.h"
 #include "bookmarks.h"
 #include "media_file_kinds.h"
 #include "opened_items.h"
@@ -20,8 +21,11 @@ constexpr const char *kTotalFdFlsDataKey = "QZRTotalFdFlsData";
 constexpr const char *kRecentFdFlsDataKey = "QZRRecentFdFlsData";
 constexpr const char *kRecentIsFolderKey = "QZRRecentIsFolder";
 
-QVariantMap readRecord(const char *key) {
-    const QByteArray data = openTolvaneSettings()->value(QLatin1String(key)).toByteArray();
+QByteArray storedRecordData(const char *key) {
+    return openTolvaneSettings()->value(QLatin1String(key)).toByteArray();
+}
+
+QVariantMap recordFromData(const char *key, const QByteArray &data) {
     if (data.isEmpty()) {
         return {};
     }
@@ -37,14 +41,32 @@ QVariantMap readRecord(const char *key) {
     return record.toVariant().toMap();
 }
 
-// Throws so that the caller's boundary logs the failure once.
-void writeRecord(const char *key, const QVariantMap &record) {
+// Returns the bytes stored. Throws so that the caller's boundary logs the
+// failure once.
+QByteArray writeRecord(const char *key, const QVariantMap &record) {
+    const QByteArray data = QCborValue::fromVariant(record).toCbor();
     const auto settings = openTolvaneSettings();
-    settings->setValue(QLatin1String(key), QCborValue::fromVariant(record).toCbor());
+    settings->setValue(QLatin1String(key), data);
     settings->sync();
     if (settings->status() != QSettings::NoError) {
         throw std::runtime_error("the settings file could not be written");
     }
+    return data;
+}
+
+// The played-state record last read or written, with the bytes it came from.
+// Every save reads the record before writing it, and decoding megabytes of a
+// full record took as long as writing it; the decoded record is reused while
+// the stored bytes are the same (a write by another process changes them).
+struct TotalFdFlsDataCache {
+    NamedRecursiveMutex mutex{"totalFdFlsDataCache"};
+    QByteArray data;       // guarded by mutex
+    TotalFdFlsData total;  // guarded by mutex
+};
+
+TotalFdFlsDataCache &totalFdFlsDataCache() {
+    static TotalFdFlsDataCache cache;
+    return cache;
 }
 
 QString folderPathOfFile(const QString &filePath) {
@@ -156,11 +178,22 @@ TtFolderDic PlayedStateRecords::newDicFromTtFolderDic(const TtFolderDic &ttfolde
 }
 
 TotalFdFlsData PlayedStateRecords::readTotalFdFlsData() {
-    return TotalFdFlsData::fromVariantMap(readRecord(kTotalFdFlsDataKey));
+    const QByteArray data = storedRecordData(kTotalFdFlsDataKey);
+    TotalFdFlsDataCache &cache = totalFdFlsDataCache();
+    const NamedLockGuard guard(cache.mutex);
+    if (data.isEmpty() || data != cache.data) {
+        cache.total = TotalFdFlsData::fromVariantMap(recordFromData(kTotalFdFlsDataKey, data));
+        cache.data = data;
+    }
+    return cache.total;
 }
 
 void PlayedStateRecords::storeTotalFdFlsData(const TotalFdFlsData &totalFdFlsDic) {
-    writeRecord(kTotalFdFlsDataKey, totalFdFlsDic.toVariantMap());
+    const QByteArray data = writeRecord(kTotalFdFlsDataKey, totalFdFlsDic.toVariantMap());
+    TotalFdFlsDataCache &cache = totalFdFlsDataCache();
+    const NamedLockGuard guard(cache.mutex);
+    cache.data = data;
+    cache.total = totalFdFlsDic;
 }
 
 std::optional<FileEntry> PlayedStateRecords::getSavedEachFileDicFromURL(
@@ -239,7 +272,8 @@ RecentURLGroup PlayedStateRecords::newDicFromRcVideoDic() const {
 }
 
 RecentFdFlsData PlayedStateRecords::readRecentFdFlsData() {
-    return RecentFdFlsData::fromVariantMap(readRecord(kRecentFdFlsDataKey));
+    return RecentFdFlsData::fromVariantMap(
+        recordFromData(kRecentFdFlsDataKey, storedRecordData(kRecentFdFlsDataKey)));
 }
 
 RecentURLGroup PlayedStateRecords::getSavedRecentFolderDicFromRecentFdFlsDic(

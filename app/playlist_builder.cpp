@@ -55,7 +55,7 @@ void PlaylistBuilder::fillPlaylist(const QList<QUrl> &urls, const TotalFdFlsData
     int currentIndex = 0;
     for (const QUrl &url : urls) {
         const FileEntry saved = PlayedStateRecords::getResetEachFileDicFromURL(url, total);
-        if (url.path() == currentURL.path()) {
+        if (url.path(QUrl::FullyDecoded) == currentURL.path(QUrl::FullyDecoded)) {
             currentIndex = int(playlist.playList.size());
         }
         playlist.playList.append(PlaylistItem{url, saved.ctime, saved.caudio, saved.csubtitleidxs,

@@ -21,7 +21,7 @@ QString removeAllNumbers(const QString &name) {
 }
 
 QString seriesNameOfURL(const QUrl &url) {
-    return removeAllNumbers(QFileInfo(url.path()).completeBaseName());
+    return removeAllNumbers(QFileInfo(url.path(QUrl::FullyDecoded)).completeBaseName());
 }
 
 bool isSeries(const QUrl &url, const QUrl &before) {
@@ -46,9 +46,9 @@ bool isSeries(const QUrl &url, const QUrl &before) {
 }
 
 bool thisURLs(const QList<QUrl> &urls, const QUrl &haveURL) {
-    const QString path = haveURL.path();
+    const QString path = haveURL.path(QUrl::FullyDecoded);
     for (const QUrl &url : urls) {
-        if (url.path() == path) {
+        if (url.path(QUrl::FullyDecoded) == path) {
             return true;
         }
     }
@@ -59,7 +59,7 @@ QString realFileNameStringWhetherBDMV(const QUrl &url) {
     if (url.isEmpty()) {
         return QStringLiteral(" ");
     }
-    const QStringList components = url.path().split(QLatin1Char('/'), Qt::SkipEmptyParts);
+    const QStringList components = url.path(QUrl::FullyDecoded).split(QLatin1Char('/'), Qt::SkipEmptyParts);
     const qsizetype bdmv = components.indexOf(QStringLiteral("BDMV"));
     if (bdmv > 0) {
         return components[bdmv - 1] + QStringLiteral(".m2ts");

@@ -70,6 +70,8 @@ TEST(RealFileNameStringWhetherBDMV, NamesStreamFilesAfterTheirDisc) {
     EXPECT_EQ(realFileNameStringWhetherBDMV(QUrl::fromLocalFile("/m/Show/Ep 1.mkv")), "Ep 1.mkv");
     EXPECT_EQ(realFileNameStringWhetherBDMV(QUrl::fromLocalFile("/BDMV/STREAM/00001.m2ts")),
               "00001.m2ts");
+    EXPECT_EQ(realFileNameStringWhetherBDMV(QUrl::fromLocalFile("/m/50% #1/BDMV/STREAM/1.m2ts")),
+              "50% #1.m2ts");
     EXPECT_EQ(realFileNameStringWhetherBDMV(QUrl()), " ");
 }
 
