@@ -123,6 +123,9 @@ PlayedStateRecords::PlayedStateRecords(const Playlist &playlist_, OpenedItems &o
     : playlist(playlist_), openedItems(openedItems_) {}
 
 void PlayedStateRecords::saveTotalFdFlsData(const QString &mode) {
+    if (!playlist.hasCurrentItem()) {
+        return;
+    }
     try {
         TotalFdFlsData total = readTotalFdFlsData();
         total.ttfolder = newDicFromTtFolderDic(total.ttfolder, mode);

@@ -26,7 +26,7 @@ class PlayedStateRecords {
     // Rewrites the played-state record from the current file's reopen fields;
     // `mode` "folder" (or "auto" after a folder open) also writes the entry of
     // the current file's folder; "file" (or "auto" after an open of files)
-    // only keeps the folder part.
+    // only keeps the folder part. Nothing is written while no file is current.
     void saveTotalFdFlsData(const QString &mode);
     // The file part with the current file's entry replaced (oldest entries
     // evicted first when full); unchanged when nothing is current.

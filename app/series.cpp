@@ -59,7 +59,8 @@ QString realFileNameStringWhetherBDMV(const QUrl &url) {
     if (url.isEmpty()) {
         return QStringLiteral(" ");
     }
-    const QStringList components = url.path(QUrl::FullyDecoded).split(QLatin1Char('/'), Qt::SkipEmptyParts);
+    const QStringList components =
+        url.path(QUrl::FullyDecoded).split(QLatin1Char('/'), Qt::SkipEmptyParts);
     const qsizetype bdmv = components.indexOf(QStringLiteral("BDMV"));
     if (bdmv > 0) {
         return components[bdmv - 1] + QStringLiteral(".m2ts");

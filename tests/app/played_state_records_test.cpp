@@ -129,10 +129,16 @@ TEST_F(Records, ModesDecideWhetherTheFolderEntryIsWritten) {
     }
 }
 
-TEST_F(Records, NothingCurrentWritesNoFileEntry) {
+TEST_F(Records, NothingCurrentLeavesTheRecordUntouched) {
     records.saveTotalFdFlsData("auto");
-    EXPECT_TRUE(PlayedStateRecords::readTotalFdFlsData().ttfile.isEmpty());
-    EXPECT_TRUE(storedRecord("QZRTotalFdFlsData")["ttfile"].toMap().isEmpty());
+    EXPECT_FALSE(openTolvaneSettings()->contains("QZRTotalFdFlsData"));
+
+    TotalFdFlsData stored;
+    stored.ttfile.insert("/f/old.mkv", FileEntry{});
+    PlayedStateRecords::storeTotalFdFlsData(stored);
+    const QByteArray before = openTolvaneSettings()->value("QZRTotalFdFlsData").toByteArray();
+    records.saveTotalFdFlsData("folder");
+    EXPECT_EQ(openTolvaneSettings()->value("QZRTotalFdFlsData").toByteArray(), before);
 }
 
 TEST_F(Records, FileEntriesAreEvictedAtTheirThreshold) {
