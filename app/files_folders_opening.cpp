@@ -1,5 +1,7 @@
 #include "files_folders_opening.h"
 
+#include <algorithm>
+
 #include "opened_items.h"
 #include "played_state_records.h"
 #include "playlist.h"
@@ -47,6 +49,34 @@ OpeningOutcome FilesFoldersOpening::finallyOpenFilesFolders(
     }
     records.saveRecentFdFlsData(QStringLiteral("all"));
     return OpeningOutcome::playlistBuilt;
+}
+
+OpeningOutcome FilesFoldersOpening::reOpenFromRecentRecord() {
+    records.loadRecentFdFlsData();
+    const bool isFolder = PlayedStateRecords::getSavedRecentIsFolder();
+    const QList<QUrl> &folders = openedItems.openedFolderURLs;
+    if (isFolder && !folders.isEmpty()) {
+        const int folderIndex = std::clamp(openedItems.indexList, 0, int(folders.size()) - 1);
+        builder.makePListWithFolderWhenReOpen(folders[folderIndex]);
+    } else if (!isFolder && !openedItems.openedVideoFileURLs.isEmpty()) {
+        builder.makePListWithFileWhenReOpen(openedItems.openedVideoFileURLs);
+    } else {
+        playlist.cleanAndAllocPlayBeforeRestoring();
+        playlist.reOpen = ReOpenFields{};
+        return OpeningOutcome::nothingToOpen;
+    }
+    openedItems.openedListTitles.clear();
+    if (!openedItems.openedVideoFileURLs.isEmpty()) {
+        openedItems.openedListTitles.append(OpenedItems::titleForFiles(
+            openedItems.openedVideoFileURLs.first(), openedItems.openedVideoFileURLs.size()));
+    }
+    for (const QUrl &folder : folders) {
+        openedItems.openedListTitles.append(folder.fileName());
+    }
+    if (!isFolder) {
+        builder.refreshFirstTitleInCurrentPList0UsingPList1();
+    }
+    return playlist.isEmpty() ? OpeningOutcome::emptyPlaylist : OpeningOutcome::playlistBuilt;
 }
 
 }  // namespace tolvane

@@ -34,6 +34,12 @@ class FilesFoldersOpening {
     OpeningOutcome finallyOpenFilesFolders(const QList<QUrl> &urls,
                                            std::optional<double> positionOfPlayingFileSec = {});
 
+    // The opening part of reOpenFile after a restart: restores the opened
+    // lists from the recent record and rebuilds the playlist with the reopen
+    // builder of the last open's kind (the folder at the chooser's index, or
+    // the files), which may offer files that appeared since.
+    OpeningOutcome reOpenFromRecentRecord();
+
   private:
     Playlist &playlist;
     OpenedItems &openedItems;

@@ -174,6 +174,42 @@ TEST_F(PlaylistBuilding, ReopenedFileOffersNewEpisodesOfItsSeriesOnly) {
     EXPECT_EQ(currentName(), "where/Ep 2.mkv");
 }
 
+TEST_F(PlaylistBuilding, ARestartReopensTheLastOpenWhereItStopped) {
+    for (const char *name : {"show/Ep 1.mkv", "show/Ep 2.mkv", "solo/Film.mkv"}) {
+        tree.touch(QString::fromUtf8(name));
+    }
+    const struct {
+        const char *what;
+        QList<QUrl> opened;
+        int currentIndex;
+        QStringList playList;
+        QStringList titles;
+    } cases[] = {
+        {"a folder", {tree.url("show")}, 1, {"show/Ep 1.mkv", "show/Ep 2.mkv"}, {"show"}},
+        {"a file", {tree.url("solo/Film.mkv")}, 0, {"solo/Film.mkv"}, {"Film"}},
+    };
+    for (const auto &c : cases) {
+        open(c.opened);
+        playlist.loadReOpenFieldsFromItemAtIndex(c.currentIndex);
+        playlist.reOpen.reOpenCTimeSec = 61.0;
+        records.saveTotalFdFlsData(QStringLiteral("auto"));
+
+        Playlist restartedPlaylist;
+        OpenedItems restartedItems;
+        PlaylistBuilder restartedBuilder{restartedPlaylist, restartedItems, question};
+        PlayedStateRecords restartedRecords{restartedPlaylist, restartedItems};
+        FilesFoldersOpening restarted{restartedPlaylist, restartedItems, restartedBuilder,
+                                      restartedRecords};
+        EXPECT_EQ(restarted.reOpenFromRecentRecord(), OpeningOutcome::playlistBuilt) << c.what;
+        playlist = restartedPlaylist;
+        EXPECT_EQ(playListNames(), c.playList) << c.what;
+        EXPECT_EQ(playlist.indexPlay, c.currentIndex) << c.what;
+        EXPECT_EQ(playlist.reOpen.reOpenCTimeSec, 61.0) << c.what;
+        EXPECT_EQ(restartedItems.openedListTitles, c.titles) << c.what;
+    }
+    EXPECT_TRUE(question.askedCounts.isEmpty());
+}
+
 TEST_F(PlaylistBuilding, AReplacedFileStartsFromTheBeginning) {
     const QUrl video = tree.touch("movie.mkv", "first version");
     open({video});
