@@ -18,9 +18,7 @@ constexpr const char *kPortalPathKey = "portal";
 // Set by the document portal's FUSE file system on every exported document.
 constexpr const char *kPortalHostPathAttribute = "user.document-portal.host-path";
 
-bool isRunningInFlatpak() {
-    return QFileInfo::exists(QStringLiteral("/.flatpak-info"));
-}
+bool isRunningInFlatpak() { return QFileInfo::exists(QStringLiteral("/.flatpak-info")); }
 
 bool isInsideDocumentPortal(const QString &path) {
     const QString runtimeFolder = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);

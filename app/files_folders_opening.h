@@ -25,7 +25,7 @@ enum class OpeningOutcome {
 // the engine and the table stay with the interface.
 // Thread-safety: main thread only.
 class FilesFoldersOpening {
-  public:
+public:
     FilesFoldersOpening(Playlist &playlist, OpenedItems &openedItems, PlaylistBuilder &builder,
                         PlayedStateRecords &records);
 
@@ -40,7 +40,7 @@ class FilesFoldersOpening {
     // the files), which may offer files that appeared since.
     OpeningOutcome reOpenFromRecentRecord();
 
-  private:
+private:
     Playlist &playlist;
     OpenedItems &openedItems;
     PlaylistBuilder &builder;

@@ -22,7 +22,7 @@ double resumePositionFromStoredPosition(double storedPositionSec);
 // plays; only the position comes from the player at the move.
 // Thread-safety: main thread only.
 class ItemMoveBookkeeping {
-  public:
+public:
     ItemMoveBookkeeping(Playlist &playlist, PlayedStateRecords &records);
 
     // `indexPlay` already holds the new index; `indexOfItemLeft` is the item
@@ -40,7 +40,7 @@ class ItemMoveBookkeeping {
     // previous item's in the carry-over form. Returns whether it applied.
     bool carryOverToNextEpisode(int indexOfItemLeft);
 
-  private:
+private:
     Playlist &playlist;
     PlayedStateRecords &records;
 };

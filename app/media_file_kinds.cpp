@@ -23,9 +23,7 @@ bool isInExtensionList(const std::array<const char *, N> &list, const QString &e
     return false;
 }
 
-QString extensionOfURL(const QUrl &url) {
-    return QFileInfo(url.toLocalFile()).suffix();
-}
+QString extensionOfURL(const QUrl &url) { return QFileInfo(url.toLocalFile()).suffix(); }
 
 }  // namespace
 
@@ -37,13 +35,9 @@ bool isSubtitleFileExtension(const QString &extension) {
     return isInExtensionList(kSubtitleFileExtensions, extension);
 }
 
-bool isVideoFileURL(const QUrl &url) {
-    return isVideoFileExtension(extensionOfURL(url));
-}
+bool isVideoFileURL(const QUrl &url) { return isVideoFileExtension(extensionOfURL(url)); }
 
-bool isSubtitleFileURL(const QUrl &url) {
-    return isSubtitleFileExtension(extensionOfURL(url));
-}
+bool isSubtitleFileURL(const QUrl &url) { return isSubtitleFileExtension(extensionOfURL(url)); }
 
 bool isDirectoryURL(const QUrl &url) {
     return url.isLocalFile() && QFileInfo(url.toLocalFile()).isDir();

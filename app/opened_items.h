@@ -22,7 +22,7 @@ struct SortedOpenedURLs {
 };
 
 class OpenedItems {
-  public:
+public:
     QList<QUrl> openedVideoFileURLs;
     QList<QUrl> openedSubtitleFileURLs;  // accumulates across opens
     QList<QUrl> openedFolderURLs;

@@ -69,9 +69,7 @@ TotalFdFlsDataCache &totalFdFlsDataCache() {
     return cache;
 }
 
-QString folderPathOfFile(const QString &filePath) {
-    return QFileInfo(filePath).path();
-}
+QString folderPathOfFile(const QString &filePath) { return QFileInfo(filePath).path(); }
 
 bool isOnReadOnlyFileSystem(const QUrl &url) {
     const QStorageInfo storage(url.toLocalFile());

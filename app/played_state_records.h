@@ -20,7 +20,7 @@ struct Playlist;
 // the stored record as it was.
 // Thread-safety: main thread only (it reads the playlist and the opened items).
 class PlayedStateRecords {
-  public:
+public:
     PlayedStateRecords(const Playlist &playlist, OpenedItems &openedItems);
 
     // Rewrites the played-state record from the current file's reopen fields;
@@ -69,7 +69,7 @@ class PlayedStateRecords {
     static void saveRecentIsFolder(bool isFolder);
     static bool getSavedRecentIsFolder();
 
-  private:
+private:
     const Playlist &playlist;
     OpenedItems &openedItems;
 };

@@ -15,7 +15,7 @@ struct TotalFdFlsData;
 // "MOREFILESCONT" formatted with `countOfNewFiles`, answered "ADD" (true) or
 // "CANCEL" (false). The interface answers it with a dialog, tests directly.
 class MoreFilesQuestion {
-  public:
+public:
     virtual ~MoreFilesQuestion() = default;
     virtual bool askToAddMoreFiles(int countOfNewFiles) = 0;
 };
@@ -28,7 +28,7 @@ class MoreFilesQuestion {
 // be listed gives no items; vanished files are left out.
 // Thread-safety: main thread only.
 class PlaylistBuilder {
-  public:
+public:
     PlaylistBuilder(Playlist &playlist, OpenedItems &openedItems, MoreFilesQuestion &question);
 
     // The opened videos lie in the where folder, so their folder may be
@@ -52,7 +52,7 @@ class PlaylistBuilder {
     // The chooser's first title made from the built playlist.
     void refreshFirstTitleInCurrentPList0UsingPList1();
 
-  private:
+private:
     QList<QUrl> videoURLsOfFolderWhenReOpen(const QUrl &folderURL, const TotalFdFlsData &total,
                                             QUrl *savedCurrentURL);
     QList<QUrl> appendAfterAskingForMoreFiles(QList<QUrl> items, const QList<QUrl> &candidates);

@@ -167,8 +167,6 @@ QString laccsStringFromDateTime(const QDateTime &dateTime) {
         .arg(milliseconds, 3, 10, QLatin1Char('0'));
 }
 
-QString laccsStringForNow() {
-    return laccsStringFromDateTime(QDateTime::currentDateTime());
-}
+QString laccsStringForNow() { return laccsStringFromDateTime(QDateTime::currentDateTime()); }
 
 }  // namespace tolvane

@@ -70,9 +70,7 @@ std::vector<UserDefaultsEntry> userDefaultsTable(const QString &defaultCaptionFo
     };
 }
 
-QString fallbackCaptionFontName() {
-    return QStringLiteral("sans-serif");
-}
+QString fallbackCaptionFontName() { return QStringLiteral("sans-serif"); }
 
 std::unique_ptr<QSettings> openTolvaneSettings() {
     auto settings = std::make_unique<QSettings>(QSettings::NativeFormat, QSettings::UserScope,

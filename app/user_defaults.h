@@ -42,7 +42,7 @@ QString fallbackCaptionFontName();
 std::unique_ptr<QSettings> openTolvaneSettings();
 
 class UserDefaults {
-  public:
+public:
     // Registers the table's defaults (registerDefaults), with the installed
     // caption font of choice as the default "FontName".
     UserDefaults();
@@ -63,7 +63,7 @@ class UserDefaults {
     // the other fonts' values; does nothing when no font name is set.
     void saveValue(const QVariant &value, const QString &cpfSetting);
 
-  private:
+private:
     const UserDefaultsEntry *entryForKey(const QString &key) const;
 
     std::vector<UserDefaultsEntry> table;

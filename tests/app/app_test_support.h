@@ -15,7 +15,7 @@ void clearTolvaneSettings();
 
 // A temporary folder tree that tests fill with (empty or small) files.
 class TemporaryTree {
-  public:
+public:
     TemporaryTree();
     bool isValid() const { return folder.isValid(); }
     QString path(const QString &relativePath = {}) const;
@@ -24,7 +24,7 @@ class TemporaryTree {
     QUrl touch(const QString &relativePath, const QByteArray &contents = {}) const;
     QUrl makeFolder(const QString &relativePath) const;
 
-  private:
+private:
     QTemporaryDir folder;
 };
 

@@ -18,7 +18,7 @@ const QString kSubtitleKey = QStringLiteral(
 const QString kCarriedSubtitleKey = QStringLiteral("#*QZR*COF*KEY*#") + kSubtitleKey;
 
 class MovingBetweenItems : public ::testing::Test {
-  protected:
+protected:
     void SetUp() override {
         test::clearTolvaneSettings();
         playlist = Playlist{};

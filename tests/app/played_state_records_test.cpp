@@ -21,9 +21,7 @@ QVariantMap storedRecord(const char *key) {
     return QCborValue::fromCbor(data).toVariant().toMap();
 }
 
-QStringList keysOf(const QVariant &map) {
-    return map.toMap().keys();
-}
+QStringList keysOf(const QVariant &map) { return map.toMap().keys(); }
 
 // Entries named "/f/<i>" accessed one millisecond apart, oldest first.
 template <typename Entry>
@@ -39,7 +37,7 @@ QMap<QString, Entry> entriesAccessedInTurn(int count) {
 }
 
 class Records : public ::testing::Test {
-  protected:
+protected:
     void SetUp() override { test::clearTolvaneSettings(); }
 
     // Makes `file` the only playlist item and the current one.

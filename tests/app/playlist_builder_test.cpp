@@ -15,7 +15,7 @@ namespace tolvane {
 namespace {
 
 class AnsweringMoreFiles final : public MoreFilesQuestion {
-  public:
+public:
     bool askToAddMoreFiles(int countOfNewFiles) override {
         askedCounts.append(countOfNewFiles);
         return answer;
@@ -26,7 +26,7 @@ class AnsweringMoreFiles final : public MoreFilesQuestion {
 
 // One opening road, as the controller holds it.
 class PlaylistBuilding : public ::testing::Test {
-  protected:
+protected:
     void SetUp() override {
         test::clearTolvaneSettings();
         ASSERT_TRUE(tree.isValid());

@@ -10,9 +10,7 @@
 namespace tolvane {
 namespace {
 
-QUrl fileURL(const QString &name) {
-    return QUrl::fromLocalFile(QStringLiteral("/videos/") + name);
-}
+QUrl fileURL(const QString &name) { return QUrl::fromLocalFile(QStringLiteral("/videos/") + name); }
 
 TEST(RemoveAllNumbers, StripsDigitsSeparatorsAndTheFirstBracketedPart) {
     const struct {

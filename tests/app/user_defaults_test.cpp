@@ -10,7 +10,7 @@ namespace tolvane {
 namespace {
 
 class UserDefaultsTest : public ::testing::Test {
-  protected:
+protected:
     void SetUp() override { test::clearTolvaneSettings(); }
 
     static void storeBehindItsBack(const char *key, const QVariant &value) {

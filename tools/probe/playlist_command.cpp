@@ -15,7 +15,7 @@ namespace {
 
 // The probe shows what a first opening builds; it never offers more files.
 class DeclineMoreFiles final : public MoreFilesQuestion {
-  public:
+public:
     bool askToAddMoreFiles(int) override { return false; }
 };
 
