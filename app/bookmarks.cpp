@@ -15,6 +15,8 @@ namespace {
 
 constexpr const char *kPathKey = "path";
 constexpr const char *kPortalPathKey = "portal";
+constexpr const char *kWhereAbsoluteKey = "absolute";
+constexpr const char *kWhereBookmarkKey = "bookmark";
 // Set by the document portal's FUSE file system on every exported document.
 constexpr const char *kPortalHostPathAttribute = "user.document-portal.host-path";
 
@@ -74,6 +76,31 @@ std::optional<QUrl> resolvedURLFromBookmarkData(const QByteArray &bookmarkData) 
         }
     }
     return std::nullopt;
+}
+
+QByteArray whereURLDataFromFolderURL(const QUrl &folderURL) {
+    if (folderURL.isEmpty()) {
+        return {};
+    }
+    QCborMap record;
+    record.insert(QLatin1String(kWhereAbsoluteKey), folderURL.toString());
+    record.insert(QLatin1String(kWhereBookmarkKey), bookmarkDataFromURL(folderURL));
+    return record.toCborValue().toCbor();
+}
+
+WhereFolder whereFolderFromWhereURLData(const QByteArray &whereURLData) {
+    WhereFolder folder;
+    QCborParserError error;
+    const QCborValue value = QCborValue::fromCbor(whereURLData, &error);
+    if (whereURLData.isEmpty() || error.error != QCborError::NoError || !value.isMap()) {
+        return folder;
+    }
+    const QCborMap record = value.toMap();
+    folder.whereAbsoluteURL = QUrl(record.value(QLatin1String(kWhereAbsoluteKey)).toString());
+    folder.whereURL =
+        resolvedURLFromBookmarkData(record.value(QLatin1String(kWhereBookmarkKey)).toByteArray())
+            .value_or(QUrl());
+    return folder;
 }
 
 }  // namespace tolvane

@@ -19,4 +19,16 @@ QByteArray bookmarkDataFromURL(const QUrl &url);
 // no longer exists at any of the recorded paths.
 std::optional<QUrl> resolvedURLFromBookmarkData(const QByteArray &bookmarkData);
 
+// The user's chosen subtitle folder (the where folder) as "WhereURLData"
+// stores it: {"absolute": the folder as chosen, "bookmark": its bookmark data}.
+struct WhereFolder {
+    QUrl whereAbsoluteURL;
+    QUrl whereURL;  // resolved from the bookmark; empty when that fails
+};
+
+// Empty data for an absent folder URL.
+QByteArray whereURLDataFromFolderURL(const QUrl &folderURL);
+// Empty URLs for empty or unreadable data.
+WhereFolder whereFolderFromWhereURLData(const QByteArray &whereURLData);
+
 }  // namespace tolvane

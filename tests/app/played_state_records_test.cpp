@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QCborValue>
+#include <QDir>
 #include <QFile>
 #include <QRegularExpression>
 
@@ -276,6 +277,26 @@ TEST(Bookmarks, RecordTheCanonicalPathAndFailForVanishedItems) {
     EXPECT_TRUE(bookmarkDataFromURL(file).isEmpty());
     EXPECT_EQ(resolvedURLFromBookmarkData({}), std::nullopt);
     EXPECT_EQ(resolvedURLFromBookmarkData("junk"), std::nullopt);
+}
+
+TEST(Bookmarks, TheWhereFolderKeepsItsChosenURLWhenTheBookmarkFails) {
+    test::TemporaryTree tree;
+    const QUrl where = tree.makeFolder("subtitles");
+    const QByteArray data = whereURLDataFromFolderURL(where);
+    EXPECT_EQ(whereFolderFromWhereURLData(data).whereURL, where);
+    EXPECT_EQ(whereFolderFromWhereURLData(data).whereAbsoluteURL, where);
+
+    QDir(where.toLocalFile()).removeRecursively();
+    const WhereFolder gone = whereFolderFromWhereURLData(data);
+    EXPECT_TRUE(gone.whereURL.isEmpty());
+    EXPECT_EQ(gone.whereAbsoluteURL, where);
+    OpenedItems items;
+    items.whereURL = gone.whereURL;
+    EXPECT_FALSE(items.isAllowedFolderURLInSandbox(tree.url("subtitles/a.mkv")));
+
+    EXPECT_TRUE(whereURLDataFromFolderURL(QUrl()).isEmpty());
+    EXPECT_TRUE(whereFolderFromWhereURLData({}).whereAbsoluteURL.isEmpty());
+    EXPECT_TRUE(whereFolderFromWhereURLData("\xa1").whereAbsoluteURL.isEmpty());
 }
 
 }  // namespace
