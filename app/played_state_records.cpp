@@ -169,9 +169,7 @@ TtFolderDic PlayedStateRecords::newDicFromTtFolderDic(const TtFolderDic &ttfolde
     FolderEntry entry;
     entry.cpath = currentPath;
     entry.laccs = laccsStringForNow();
-    for (const PlaylistItem &item : playlist.playList) {
-        entry.lurls.append(item.url.toLocalFile());
-    }
+    entry.lurls = playlist.playListPaths();
     folders.folders.insert(folderPath, entry);
     folders.QZRrcfdpath = folderPath;
     folders.QZRrcplist1 = entry.lurls;

@@ -2,13 +2,13 @@
 
 namespace tolvane {
 
-QList<QUrl> Playlist::playListURLs() const {
-    QList<QUrl> urls;
-    urls.reserve(playList.size());
+QStringList Playlist::playListPaths() const {
+    QStringList paths;
+    paths.reserve(playList.size());
     for (const PlaylistItem &item : playList) {
-        urls.append(item.url);
+        paths.append(item.url.toLocalFile());
     }
-    return urls;
+    return paths;
 }
 
 void Playlist::cleanAndAllocPlayBeforeRestoring() {

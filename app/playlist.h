@@ -44,7 +44,8 @@ struct Playlist {
 
     bool isEmpty() const { return playList.isEmpty(); }
     bool hasCurrentItem() const { return !playList.isEmpty() && !reOpen.reOpenURL.isEmpty(); }
-    QList<QUrl> playListURLs() const;
+    // The items' file paths, the form the records and the probe keep.
+    QStringList playListPaths() const;
 
     // Empties the rows before a builder fills them.
     void cleanAndAllocPlayBeforeRestoring();

@@ -55,12 +55,8 @@ int runPlaylistCommand(const QStringList &arguments) {
     }
     opening.finallyOpenFilesFolders(urls);
 
-    QStringList playListPaths;
-    for (const PlaylistItem &item : playlist.playList) {
-        playListPaths.append(item.url.toLocalFile());
-    }
     printJson(QVariantMap{
-        {QStringLiteral("playList"), playListPaths},
+        {QStringLiteral("playList"), playlist.playListPaths()},
         {QStringLiteral("titles"), openedItems.openedListTitles},
         {QStringLiteral("isFolder"), PlayedStateRecords::getSavedRecentIsFolder()},
     });
