@@ -23,5 +23,25 @@
         <source>This video's pixel format is not supported in FFmpeg mode. The picture may look wrong; Native mode may play it better.</source>
         <translation>This video's pixel format is not supported in FFmpeg mode. The picture may look wrong; Native mode may play it better.</translation>
     </message>
+    <message id="FILEINLIST">
+        <source>%1 and %2 more</source>
+        <translation>%1 and %2 more</translation>
+    </message>
+    <message id="MOREFILES">
+        <source>New videos were found in this folder</source>
+        <translation>New videos were found in this folder</translation>
+    </message>
+    <message id="MOREFILESCONT">
+        <source>%1 video files not in the playlist are now in the folder. Add them to the playlist?</source>
+        <translation>%1 video files not in the playlist are now in the folder. Add them to the playlist?</translation>
+    </message>
+    <message id="ADD">
+        <source>Add</source>
+        <translation>Add</translation>
+    </message>
+    <message id="CANCEL">
+        <source>Cancel</source>
+        <translation>Cancel</translation>
+    </message>
 </context>
 </TS>

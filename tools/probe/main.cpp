@@ -36,6 +36,9 @@ const std::map<QString, Subcommand> &subcommands() {
          {tolvane::probe::runPlayCommand,
           "play FILE [--seek SEC] [--for SEC] [--audio-track IDX]"}},
         {QStringLiteral("frames"), {tolvane::probe::runFramesCommand, "frames FILE [--count N]"}},
+        {QStringLiteral("series"), {tolvane::probe::runSeriesCommand, "series FILE_A FILE_B"}},
+        {QStringLiteral("playlist"),
+         {tolvane::probe::runPlaylistCommand, "playlist [--where DIR] PATH..."}},
     };
     return table;
 }

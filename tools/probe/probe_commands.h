@@ -9,6 +9,8 @@ namespace tolvane::probe {
 int runTracksCommand(const QStringList &arguments);
 int runPlayCommand(const QStringList &arguments);
 int runFramesCommand(const QStringList &arguments);
+int runSeriesCommand(const QStringList &arguments);
+int runPlaylistCommand(const QStringList &arguments);
 
 // Prints `document` as one line of JSON.
 void printJson(const QVariant &document);

@@ -1,0 +1,315 @@
+#include "played_state_records.h"
+
+#include <QCborValue>
+#include <QFileInfo>
+#include <QSettings>
+#include <QStorageInfo>
+#include <stdexcept>
+
+#include "base/log.h"
+#include "base/named_mutex.h"
+#include "bookmarks.h"
+#include "media_file_kinds.h"
+#include "opened_items.h"
+#include "playlist.h"
+#include "user_defaults.h"
+
+namespace tolvane {
+namespace {
+
+constexpr const char *kTotalFdFlsDataKey = "QZRTotalFdFlsData";
+constexpr const char *kRecentFdFlsDataKey = "QZRRecentFdFlsData";
+constexpr const char *kRecentIsFolderKey = "QZRRecentIsFolder";
+
+QByteArray storedRecordData(const char *key) {
+    return openTolvaneSettings()->value(QLatin1String(key)).toByteArray();
+}
+
+QVariantMap recordFromData(const char *key, const QByteArray &data) {
+    if (data.isEmpty()) {
+        return {};
+    }
+    // A damaged value must not be converted at all: Qt's conversion of a
+    // partly decoded value can crash.
+    QCborParserError error;
+    const QCborValue record = QCborValue::fromCbor(data, &error);
+    if (error.error != QCborError::NoError || !record.isMap()) {
+        logWarning(QStringLiteral("The record \"%1\" is unreadable and is read as empty: %2")
+                       .arg(QLatin1String(key), error.errorString()));
+        return {};
+    }
+    return record.toVariant().toMap();
+}
+
+// Returns the bytes stored. Throws so that the caller's boundary logs the
+// failure once.
+QByteArray writeRecord(const char *key, const QVariantMap &record) {
+    const QByteArray data = QCborValue::fromVariant(record).toCbor();
+    const auto settings = openTolvaneSettings();
+    settings->setValue(QLatin1String(key), data);
+    settings->sync();
+    if (settings->status() != QSettings::NoError) {
+        throw std::runtime_error("the settings file could not be written");
+    }
+    return data;
+}
+
+// The played-state record last read or written, with the bytes it came from.
+// Every save reads the record before writing it, and decoding megabytes of a
+// full record took as long as writing it; the decoded record is reused while
+// the stored bytes are the same (a write by another process changes them).
+struct TotalFdFlsDataCache {
+    NamedRecursiveMutex mutex{"totalFdFlsDataCache"};
+    QByteArray data;       // guarded by mutex
+    TotalFdFlsData total;  // guarded by mutex
+};
+
+TotalFdFlsDataCache &totalFdFlsDataCache() {
+    static TotalFdFlsDataCache cache;
+    return cache;
+}
+
+QString folderPathOfFile(const QString &filePath) { return QFileInfo(filePath).path(); }
+
+bool isOnReadOnlyFileSystem(const QUrl &url) {
+    const QStorageInfo storage(url.toLocalFile());
+    return storage.isValid() && storage.isReadOnly();
+}
+
+// The size the file had when the playlist was built: the state being saved
+// belongs to that file, even if another one has replaced it on disk since.
+quint64 sizeOfCurrentFileWhenLoaded(const Playlist &playlist) {
+    const QUrl &current = playlist.reOpen.reOpenURL;
+    if (playlist.indexPlay >= 0 && playlist.indexPlay < playlist.playList.size()) {
+        const PlaylistItem &item = playlist.playList[playlist.indexPlay];
+        if (item.url == current) {
+            return item.playSize;
+        }
+    }
+    return currentFileSizeOfURL(current);
+}
+
+RecentURLGroup recentGroupFromURLs(const QList<QUrl> &urls, bool isVideoGroup) {
+    RecentURLGroup group;
+    for (const QUrl &url : urls) {
+        RecentURLEntry entry;
+        entry.absolute = url.toString();
+        entry.writable = !isOnReadOnlyFileSystem(url);
+        // A video on a read-only disk is recorded without a bookmark; reopening
+        // reports it instead of failing silently.
+        if (!isVideoGroup || entry.writable) {
+            entry.bookmark = bookmarkDataFromURL(url);
+        }
+        group.lurls.append(entry);
+    }
+    return group;
+}
+
+QList<QUrl> resolvedURLsOfGroup(const RecentURLGroup &group) {
+    QList<QUrl> urls;
+    for (const RecentURLEntry &entry : group.lurls) {
+        if (const std::optional<QUrl> url = resolvedURLFromBookmarkData(entry.bookmark)) {
+            urls.append(*url);
+        }
+    }
+    return urls;
+}
+
+}  // namespace
+
+PlayedStateRecords::PlayedStateRecords(const Playlist &playlist_, OpenedItems &openedItems_)
+    : playlist(playlist_), openedItems(openedItems_) {}
+
+void PlayedStateRecords::saveTotalFdFlsData(const QString &mode) {
+    if (!playlist.hasCurrentItem()) {
+        return;
+    }
+    try {
+        TotalFdFlsData total = readTotalFdFlsData();
+        total.ttfolder = newDicFromTtFolderDic(total.ttfolder, mode);
+        total.ttfile = newDicFromTtFileDic(total.ttfile);
+        storeTotalFdFlsData(total);
+    } catch (const std::exception &error) {
+        logException("stffd", error.what());
+    }
+}
+
+QMap<QString, FileEntry> PlayedStateRecords::newDicFromTtFileDic(
+    const QMap<QString, FileEntry> &ttfile) const {
+    QMap<QString, FileEntry> files = ttfile;
+    if (!playlist.hasCurrentItem()) {
+        return files;
+    }
+    evictLeastRecentlyAccessedEntries(files, kFileEntriesEvictionTrigger, kFileEntriesKeptBelow);
+    const ReOpenFields &current = playlist.reOpen;
+    FileEntry entry;
+    entry.fsize = sizeOfCurrentFileWhenLoaded(playlist);
+    entry.laccs = laccsStringForNow();
+    entry.ctime = current.reOpenCTimeSec;
+    entry.caudio = current.reOpenAudioIdx;
+    entry.csubtitleidxs = current.reOpenSubtitleIdxs;
+    entry.cdelaydic = current.reOpenDelayDic;
+    entry.cdone = current.reOpenDone;
+    files.insert(current.reOpenURL.toLocalFile(), entry);
+    return files;
+}
+
+TtFolderDic PlayedStateRecords::newDicFromTtFolderDic(const TtFolderDic &ttfolder,
+                                                      const QString &mode) const {
+    TtFolderDic folders = ttfolder;
+    evictLeastRecentlyAccessedEntries(folders.folders, kFolderEntriesEvictionTrigger,
+                                      kFolderEntriesKeptBelow);
+    const bool isFolderMode = mode == QLatin1String("folder") ||
+                              (mode == QLatin1String("auto") && getSavedRecentIsFolder());
+    if (!isFolderMode || !playlist.hasCurrentItem()) {
+        return folders;
+    }
+    const QString currentPath = playlist.reOpen.reOpenURL.toLocalFile();
+    const QString folderPath = folderPathOfFile(currentPath);
+    FolderEntry entry;
+    entry.cpath = currentPath;
+    entry.laccs = laccsStringForNow();
+    entry.lurls = playlist.playListPaths();
+    folders.folders.insert(folderPath, entry);
+    folders.QZRrcfdpath = folderPath;
+    folders.QZRrcplist1 = entry.lurls;
+    return folders;
+}
+
+TotalFdFlsData PlayedStateRecords::readTotalFdFlsData() {
+    const QByteArray data = storedRecordData(kTotalFdFlsDataKey);
+    TotalFdFlsDataCache &cache = totalFdFlsDataCache();
+    const NamedLockGuard guard(cache.mutex);
+    if (data.isEmpty() || data != cache.data) {
+        cache.total = TotalFdFlsData::fromVariantMap(recordFromData(kTotalFdFlsDataKey, data));
+        cache.data = data;
+    }
+    return cache.total;
+}
+
+void PlayedStateRecords::storeTotalFdFlsData(const TotalFdFlsData &totalFdFlsDic) {
+    const QByteArray data = writeRecord(kTotalFdFlsDataKey, totalFdFlsDic.toVariantMap());
+    TotalFdFlsDataCache &cache = totalFdFlsDataCache();
+    const NamedLockGuard guard(cache.mutex);
+    cache.data = data;
+    cache.total = totalFdFlsDic;
+}
+
+std::optional<FileEntry> PlayedStateRecords::getSavedEachFileDicFromURL(
+    const QUrl &url, const TotalFdFlsData &totalFdFlsDic) {
+    const auto found = totalFdFlsDic.ttfile.constFind(url.toLocalFile());
+    if (found == totalFdFlsDic.ttfile.cend()) {
+        return std::nullopt;
+    }
+    return *found;
+}
+
+std::optional<FolderEntry> PlayedStateRecords::getSavedEachFolderDicFromURL(
+    const QUrl &folderURL, const TotalFdFlsData &totalFdFlsDic) {
+    const auto found = totalFdFlsDic.ttfolder.folders.constFind(folderURL.toLocalFile());
+    if (found == totalFdFlsDic.ttfolder.folders.cend()) {
+        return std::nullopt;
+    }
+    return *found;
+}
+
+FileEntry PlayedStateRecords::getResetEachFileDicFromURL(const QUrl &url,
+                                                         const TotalFdFlsData &totalFdFlsDic) {
+    const quint64 currentSize = currentFileSizeOfURL(url);
+    if (std::optional<FileEntry> saved = getSavedEachFileDicFromURL(url, totalFdFlsDic);
+        saved && saved->fsize == currentSize) {
+        return *saved;
+    }
+    FileEntry fresh;
+    fresh.fsize = currentSize;
+    fresh.laccs = laccsStringForNow();
+    return fresh;
+}
+
+QString PlayedStateRecords::getSavedRecentFolderPathFromTotalFdFlsDic(
+    const TotalFdFlsData &totalFdFlsDic) {
+    return totalFdFlsDic.ttfolder.QZRrcfdpath;
+}
+
+QStringList PlayedStateRecords::getSavedRecentPList1DicFromTotalFdFlsDic(
+    const TotalFdFlsData &totalFdFlsDic) {
+    return totalFdFlsDic.ttfolder.QZRrcplist1;
+}
+
+void PlayedStateRecords::saveRecentFdFlsData(const QString &part) {
+    try {
+        RecentFdFlsData recent = readRecentFdFlsData();
+        const bool isAll = part == QLatin1String("all");
+        if (isAll || part == QLatin1String("folder")) {
+            recent.rcfolder = newDicFromRcFolderDic();
+        }
+        if (isAll || part == QLatin1String("subtitle")) {
+            recent.rcsubtitle = newDicFromRcSubtitleDic();
+        }
+        if (isAll || part == QLatin1String("video")) {
+            recent.rcvideo = newDicFromRcVideoDic();
+        }
+        if (isAll || part == QLatin1String("index")) {
+            recent.rcplist0idx = openedItems.indexList;
+        }
+        writeRecord(kRecentFdFlsDataKey, recent.toVariantMap());
+    } catch (const std::exception &error) {
+        logException("srffd", error.what());
+    }
+}
+
+RecentURLGroup PlayedStateRecords::newDicFromRcFolderDic() const {
+    return recentGroupFromURLs(openedItems.openedFolderURLs, false);
+}
+
+RecentURLGroup PlayedStateRecords::newDicFromRcSubtitleDic() const {
+    return recentGroupFromURLs(openedItems.openedSubtitleFileURLs, false);
+}
+
+RecentURLGroup PlayedStateRecords::newDicFromRcVideoDic() const {
+    return recentGroupFromURLs(openedItems.openedVideoFileURLs, true);
+}
+
+RecentFdFlsData PlayedStateRecords::readRecentFdFlsData() {
+    return RecentFdFlsData::fromVariantMap(
+        recordFromData(kRecentFdFlsDataKey, storedRecordData(kRecentFdFlsDataKey)));
+}
+
+RecentURLGroup PlayedStateRecords::getSavedRecentFolderDicFromRecentFdFlsDic(
+    const RecentFdFlsData &recent) {
+    return recent.rcfolder;
+}
+
+RecentURLGroup PlayedStateRecords::getSavedRecentSubtitleDicFromRecentFdFlsDic(
+    const RecentFdFlsData &recent) {
+    return recent.rcsubtitle;
+}
+
+RecentURLGroup PlayedStateRecords::getSavedRecentVideoDicFromRecentFdFlsDic(
+    const RecentFdFlsData &recent) {
+    return recent.rcvideo;
+}
+
+int PlayedStateRecords::getSavedRecentPList0IndexFromRecentFdFlsDic(const RecentFdFlsData &recent) {
+    return recent.rcplist0idx;
+}
+
+void PlayedStateRecords::loadRecentFdFlsData() {
+    const RecentFdFlsData recent = readRecentFdFlsData();
+    openedItems.openedFolderURLs = resolvedURLsOfGroup(recent.rcfolder);
+    openedItems.openedSubtitleFileURLs = resolvedURLsOfGroup(recent.rcsubtitle);
+    openedItems.openedVideoFileURLs = resolvedURLsOfGroup(recent.rcvideo);
+    openedItems.indexList = recent.rcplist0idx;
+}
+
+void PlayedStateRecords::saveRecentIsFolder(bool isFolder) {
+    const auto settings = openTolvaneSettings();
+    settings->setValue(QLatin1String(kRecentIsFolderKey), isFolder);
+    settings->sync();
+}
+
+bool PlayedStateRecords::getSavedRecentIsFolder() {
+    return openTolvaneSettings()->value(QLatin1String(kRecentIsFolderKey), false).toBool();
+}
+
+}  // namespace tolvane

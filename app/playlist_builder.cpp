@@ -1,0 +1,225 @@
+#include "playlist_builder.h"
+
+#include <QFileInfo>
+#include <exception>
+
+#include "base/log.h"
+#include "finder_order.h"
+#include "media_file_kinds.h"
+#include "opened_items.h"
+#include "played_state_records.h"
+#include "playlist.h"
+#include "series.h"
+
+namespace tolvane {
+namespace {
+
+QUrl folderURLOfFile(const QUrl &fileURL) {
+    return QUrl::fromLocalFile(QFileInfo(fileURL.toLocalFile()).path());
+}
+
+bool isVideoFileEntry(const QUrl &entry) {
+    return isVideoFileURL(entry) && QFileInfo(entry.toLocalFile()).isFile();
+}
+
+QList<QUrl> videoFilesOfFolder(const QUrl &folderURL) {
+    QList<QUrl> videos;
+    for (const QUrl &entry : listFolderInFinderOrder(folderURL)) {
+        if (isVideoFileEntry(entry)) {
+            videos.append(entry);
+        }
+    }
+    return videos;
+}
+
+QList<QUrl> existingURLsFromPaths(const QStringList &paths) {
+    QList<QUrl> urls;
+    for (const QString &path : paths) {
+        const QUrl url = QUrl::fromLocalFile(path);
+        if (QFileInfo(path).isFile()) {
+            urls.append(url);
+        }
+    }
+    return urls;
+}
+
+}  // namespace
+
+PlaylistBuilder::PlaylistBuilder(Playlist &playlist_, OpenedItems &openedItems_,
+                                 MoreFilesQuestion &question_)
+    : playlist(playlist_), openedItems(openedItems_), question(question_) {}
+
+void PlaylistBuilder::fillPlaylist(const QList<QUrl> &urls, const TotalFdFlsData &total,
+                                   const QUrl &currentURL, bool isFolder) {
+    playlist.cleanAndAllocPlayBeforeRestoring();
+    int currentIndex = 0;
+    for (const QUrl &url : urls) {
+        const FileEntry saved = PlayedStateRecords::getResetEachFileDicFromURL(url, total);
+        if (url.path(QUrl::FullyDecoded) == currentURL.path(QUrl::FullyDecoded)) {
+            currentIndex = int(playlist.playList.size());
+        }
+        playlist.playList.append(PlaylistItem{url, saved.ctime, saved.caudio, saved.csubtitleidxs,
+                                              saved.cdelaydic, saved.cdone, saved.fsize});
+    }
+    if (playlist.playList.isEmpty()) {
+        playlist.reOpen = ReOpenFields{};
+    } else {
+        playlist.loadReOpenFieldsFromItemAtIndex(currentIndex);
+    }
+    PlayedStateRecords::saveRecentIsFolder(isFolder);
+}
+
+void PlaylistBuilder::makePListWithFilesFromAllowedSandbox() {
+    try {
+        const QList<QUrl> &opened = openedItems.openedVideoFileURLs;
+        QList<QUrl> taken;
+        for (const QUrl &video : opened) {
+            if (!openedItems.isAllowedFolderURLInSandbox(video)) {
+                if (!thisURLs(taken, video)) {
+                    taken.append(video);
+                }
+                continue;
+            }
+            for (const QUrl &entry : listFolderInFinderOrder(folderURLOfFile(video))) {
+                if (thisURLs(taken, entry)) {
+                    continue;
+                }
+                if (thisURLs(opened, entry) ||
+                    (isVideoFileEntry(entry) && isSeries(entry, video))) {
+                    taken.append(entry);
+                }
+            }
+        }
+        fillPlaylist(taken, PlayedStateRecords::readTotalFdFlsData(),
+                     opened.isEmpty() ? QUrl() : opened.first(), false);
+    } catch (const std::exception &error) {
+        logException("mplwffas", error.what());
+    }
+}
+
+void PlaylistBuilder::makePListWithFilesFromNotallowedSandbox() {
+    try {
+        QList<QUrl> existing;
+        for (const QUrl &video : openedItems.openedVideoFileURLs) {
+            if (isExistingURL(video)) {
+                existing.append(video);
+            }
+        }
+        fillPlaylist(existing, PlayedStateRecords::readTotalFdFlsData(),
+                     existing.isEmpty() ? QUrl() : existing.first(), false);
+    } catch (const std::exception &error) {
+        logException("mplwffns", error.what());
+    }
+}
+
+void PlaylistBuilder::makePListWithFolderFromAlwaysallowedSandbox() {
+    try {
+        const TotalFdFlsData total = PlayedStateRecords::readTotalFdFlsData();
+        QList<QUrl> items;
+        QUrl currentURL;
+        for (const QUrl &folder : openedItems.openedFolderURLs) {
+            QUrl savedCurrentURL;
+            if (isBlurayFolderStructure(folder)) {
+                items += videoURLsOfFolderWhenReOpen(folder, total, &savedCurrentURL);
+            } else {
+                items += videoFilesOfFolder(folder);
+                if (const auto saved =
+                        PlayedStateRecords::getSavedEachFolderDicFromURL(folder, total)) {
+                    savedCurrentURL = QUrl::fromLocalFile(saved->cpath);
+                }
+            }
+            if (currentURL.isEmpty() && folder == openedItems.openedFolderURLs.first()) {
+                currentURL = savedCurrentURL;
+            }
+        }
+        fillPlaylist(items, total, currentURL, true);
+    } catch (const std::exception &error) {
+        logException("mplwffaas", error.what());
+    }
+}
+
+void PlaylistBuilder::makePListWithFileWhenReOpen(const QList<QUrl> &savedVideoFileURLs) {
+    try {
+        QList<QUrl> items;
+        for (const QUrl &video : savedVideoFileURLs) {
+            if (QFileInfo(video.toLocalFile()).isFile() && !thisURLs(items, video)) {
+                items.append(video);
+            }
+        }
+        if (!items.isEmpty() && openedItems.isAllowedFolderURLInSandbox(items.first())) {
+            QList<QUrl> sameSeries;
+            for (const QUrl &entry : videoFilesOfFolder(folderURLOfFile(items.first()))) {
+                if (isSeries(entry, items.first())) {
+                    sameSeries.append(entry);
+                }
+            }
+            items = appendAfterAskingForMoreFiles(items, sameSeries);
+        }
+        fillPlaylist(items, PlayedStateRecords::readTotalFdFlsData(),
+                     savedVideoFileURLs.isEmpty() ? QUrl() : savedVideoFileURLs.first(), false);
+    } catch (const std::exception &error) {
+        logException("mplwfwro:", error.what());
+    }
+}
+
+void PlaylistBuilder::makePListWithFolderWhenReOpen(const QUrl &folderURL) {
+    try {
+        const TotalFdFlsData total = PlayedStateRecords::readTotalFdFlsData();
+        QUrl savedCurrentURL;
+        const QList<QUrl> items = videoURLsOfFolderWhenReOpen(folderURL, total, &savedCurrentURL);
+        fillPlaylist(items, total, savedCurrentURL, true);
+    } catch (const std::exception &error) {
+        logException("mplwfwro:", error.what());
+    }
+}
+
+// The saved playlist of a folder (of its stream folder for a Blu-ray
+// structure) without vanished files, and the folder's further videos when the
+// user agrees; the whole folder when nothing was saved.
+QList<QUrl> PlaylistBuilder::videoURLsOfFolderWhenReOpen(const QUrl &folderURL,
+                                                         const TotalFdFlsData &total,
+                                                         QUrl *savedCurrentURL) {
+    const QUrl listedFolder =
+        isBlurayFolderStructure(folderURL) ? blurayStreamFolderURL(folderURL) : folderURL;
+    const QList<QUrl> videosNow = videoFilesOfFolder(listedFolder);
+    QStringList savedPaths;
+    if (const auto saved = PlayedStateRecords::getSavedEachFolderDicFromURL(listedFolder, total)) {
+        savedPaths = saved->lurls;
+        *savedCurrentURL = QUrl::fromLocalFile(saved->cpath);
+    } else if (total.ttfolder.QZRrcfdpath == listedFolder.toLocalFile()) {
+        savedPaths = total.ttfolder.QZRrcplist1;
+    }
+    if (savedPaths.isEmpty()) {
+        return videosNow;
+    }
+    return appendAfterAskingForMoreFiles(existingURLsFromPaths(savedPaths), videosNow);
+}
+
+QList<QUrl> PlaylistBuilder::appendAfterAskingForMoreFiles(QList<QUrl> items,
+                                                           const QList<QUrl> &candidates) {
+    QList<QUrl> newFiles;
+    for (const QUrl &candidate : candidates) {
+        if (!thisURLs(items, candidate) && !thisURLs(newFiles, candidate)) {
+            newFiles.append(candidate);
+        }
+    }
+    if (!newFiles.isEmpty() && question.askToAddMoreFiles(int(newFiles.size()))) {
+        items += newFiles;
+    }
+    return items;
+}
+
+void PlaylistBuilder::refreshFirstTitleInCurrentPList0UsingPList1() {
+    if (playlist.playList.isEmpty()) {
+        return;
+    }
+    const QString title =
+        OpenedItems::titleForFiles(playlist.playList.first().url, playlist.playList.size());
+    if (openedItems.openedListTitles.isEmpty()) {
+        openedItems.openedListTitles.append(title);
+    } else {
+        openedItems.openedListTitles.first() = title;
+    }
+}
+
+}  // namespace tolvane

@@ -1,0 +1,303 @@
+#include "app/played_state_records.h"
+
+#include <gtest/gtest.h>
+
+#include <QCborValue>
+#include <QDir>
+#include <QFile>
+#include <QRegularExpression>
+
+#include "app/bookmarks.h"
+#include "app/opened_items.h"
+#include "app/playlist.h"
+#include "app/user_defaults.h"
+#include "app_test_support.h"
+#include "support/qt_printers.h"
+
+namespace tolvane {
+namespace {
+
+QVariantMap storedRecord(const char *key) {
+    const QByteArray data = openTolvaneSettings()->value(QLatin1String(key)).toByteArray();
+    return QCborValue::fromCbor(data).toVariant().toMap();
+}
+
+QStringList keysOf(const QVariant &map) { return map.toMap().keys(); }
+
+// Entries named "/f/<i>" accessed one millisecond apart, oldest first.
+template <typename Entry>
+QMap<QString, Entry> entriesAccessedInTurn(int count) {
+    const QDateTime start = QDateTime::fromString("2024-03-01T10:00:00", Qt::ISODate);
+    QMap<QString, Entry> entries;
+    for (int i = 0; i < count; ++i) {
+        Entry entry;
+        entry.laccs = laccsStringFromDateTime(start.addMSecs(i));
+        entries.insert(QStringLiteral("/f/%1").arg(i), entry);
+    }
+    return entries;
+}
+
+class Records : public ::testing::Test {
+protected:
+    void SetUp() override { test::clearTolvaneSettings(); }
+
+    // Makes `file` the only playlist item and the current one.
+    void playOnly(const QUrl &file) {
+        PlaylistItem item;
+        item.url = file;
+        item.playSize = QFileInfo(file.toLocalFile()).size();
+        playlist.playList = {item};
+        playlist.loadReOpenFieldsFromItemAtIndex(0);
+    }
+
+    test::TemporaryTree tree;
+    Playlist playlist;
+    OpenedItems openedItems;
+    PlayedStateRecords records{playlist, openedItems};
+};
+
+TEST_F(Records, LaccsSortsInTimeOrderWithMilliseconds) {
+    const QDateTime time = QDateTime::fromString("2024-03-01T09:05:07.042", Qt::ISODateWithMs);
+    EXPECT_EQ(laccsStringFromDateTime(time), "2024-03-01 09:05:07.042");
+    EXPECT_LT(laccsStringFromDateTime(time), laccsStringFromDateTime(time.addMSecs(958)));
+    EXPECT_TRUE(QRegularExpression("^\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\\.\\d{3}$")
+                    .match(laccsStringForNow())
+                    .hasMatch());
+}
+
+TEST_F(Records, PlayedStateRecordHasTheStoredLayout) {
+    const QUrl file = tree.touch("show/Ep 1.mkv", "12345");
+    playOnly(file);
+    playlist.reOpen.reOpenCTimeSec = 12.5;
+    playlist.reOpen.reOpenAudioIdx = 2;
+    playlist.reOpen.reOpenSubtitleIdxs = {"a#*QZR*SPC*KEY*#smi", "integrated"};
+    playlist.reOpen.reOpenDelayDic = {{"a#*QZR*SPC*KEY*#smi", -500}};
+    playlist.reOpen.reOpenDone = true;
+    PlayedStateRecords::saveRecentIsFolder(true);
+    records.saveTotalFdFlsData("auto");
+
+    const QVariantMap total = storedRecord("QZRTotalFdFlsData");
+    EXPECT_EQ(total.keys(), QStringList({"ttfile", "ttfolder"}));
+    const QVariantMap entry = total["ttfile"].toMap()[file.toLocalFile()].toMap();
+    EXPECT_EQ(entry.keys(), QStringList({"caudio", "cdelaydic", "cdone", "csubtitleidxs", "ctime",
+                                         "fsize", "laccs"}));
+    EXPECT_EQ(entry["fsize"].toULongLong(), 5u);
+    EXPECT_EQ(entry["ctime"].toDouble(), 12.5);
+    EXPECT_EQ(entry["caudio"].toInt(), 2);
+    EXPECT_EQ(entry["csubtitleidxs"].toStringList(), playlist.reOpen.reOpenSubtitleIdxs);
+    EXPECT_EQ(entry["cdelaydic"].toMap()["a#*QZR*SPC*KEY*#smi"].toInt(), -500);
+    EXPECT_TRUE(entry["cdone"].toBool());
+
+    const QVariantMap folders = total["ttfolder"].toMap();
+    const QString folderPath = tree.path("show");
+    EXPECT_EQ(folders.keys(), QStringList({folderPath, "QZRrcfdpath", "QZRrcplist1"}));
+    EXPECT_EQ(folders["QZRrcfdpath"].toString(), folderPath);
+    EXPECT_EQ(folders["QZRrcplist1"].toStringList(), QStringList({file.toLocalFile()}));
+    const QVariantMap folder = folders[folderPath].toMap();
+    EXPECT_EQ(folder.keys(), QStringList({"cpath", "laccs", "lurls"}));
+    EXPECT_EQ(folder["cpath"].toString(), file.toLocalFile());
+
+    // The typed reading gives back what was written.
+    const TotalFdFlsData read = PlayedStateRecords::readTotalFdFlsData();
+    const auto saved = PlayedStateRecords::getSavedEachFileDicFromURL(file, read);
+    ASSERT_TRUE(saved.has_value());
+    EXPECT_EQ(saved->cdelaydic, playlist.reOpen.reOpenDelayDic);
+    EXPECT_EQ(PlayedStateRecords::getSavedRecentFolderPathFromTotalFdFlsDic(read), folderPath);
+}
+
+TEST_F(Records, ModesDecideWhetherTheFolderEntryIsWritten) {
+    const QUrl file = tree.touch("show/Ep 1.mkv");
+    playOnly(file);
+    const struct {
+        const char *mode;
+        bool lastOpenWasFolder;
+        bool writesFolder;
+    } cases[] = {
+        {"file", true, false},
+        {"auto", false, false},
+        {"auto", true, true},
+        {"folder", false, true},
+    };
+    for (const auto &c : cases) {
+        test::clearTolvaneSettings();
+        PlayedStateRecords::saveRecentIsFolder(c.lastOpenWasFolder);
+        records.saveTotalFdFlsData(QString::fromUtf8(c.mode));
+        const TotalFdFlsData total = PlayedStateRecords::readTotalFdFlsData();
+        EXPECT_EQ(total.ttfile.size(), 1) << c.mode;
+        EXPECT_EQ(total.ttfolder.folders.contains(tree.path("show")), c.writesFolder) << c.mode;
+    }
+}
+
+TEST_F(Records, NothingCurrentLeavesTheRecordUntouched) {
+    records.saveTotalFdFlsData("auto");
+    EXPECT_FALSE(openTolvaneSettings()->contains("QZRTotalFdFlsData"));
+
+    TotalFdFlsData stored;
+    stored.ttfile.insert("/f/old.mkv", FileEntry{});
+    PlayedStateRecords::storeTotalFdFlsData(stored);
+    const QByteArray before = openTolvaneSettings()->value("QZRTotalFdFlsData").toByteArray();
+    records.saveTotalFdFlsData("folder");
+    EXPECT_EQ(openTolvaneSettings()->value("QZRTotalFdFlsData").toByteArray(), before);
+}
+
+TEST_F(Records, FileEntriesAreEvictedAtTheirThreshold) {
+    playOnly(tree.touch("new.mkv"));
+    const struct {
+        int storedEntries;
+        int entriesAfter;
+    } cases[] = {{8000, 8001}, {8001, 4000}, {9000, 4000}};
+    for (const auto &c : cases) {
+        const QMap<QString, FileEntry> after =
+            records.newDicFromTtFileDic(entriesAccessedInTurn<FileEntry>(c.storedEntries));
+        EXPECT_EQ(after.size(), c.entriesAfter) << c.storedEntries;
+        EXPECT_TRUE(after.contains(playlist.reOpen.reOpenURL.toLocalFile()));
+        EXPECT_TRUE(after.contains(QStringLiteral("/f/%1").arg(c.storedEntries - 1)));
+        if (c.entriesAfter == 4000) {
+            EXPECT_FALSE(after.contains(QStringLiteral("/f/%1").arg(c.storedEntries - 4000)));
+            EXPECT_TRUE(after.contains(QStringLiteral("/f/%1").arg(c.storedEntries - 3999)));
+        }
+    }
+}
+
+TEST_F(Records, EntriesSharingOneLaccsShareOnePlaceInTheWalk) {
+    QMap<QString, FileEntry> stored = entriesAccessedInTurn<FileEntry>(8001);
+    stored["/f/1"].laccs = stored["/f/0"].laccs;
+    playOnly(tree.touch("new.mkv"));
+    EXPECT_EQ(records.newDicFromTtFileDic(stored).size(), 4001);
+}
+
+TEST_F(Records, FolderEntriesAreEvictedAtTheirThresholdKeepingTheFixedEntries) {
+    playOnly(tree.touch("show/new.mkv"));
+    const struct {
+        int storedFolders;
+        int foldersAfter;
+    } cases[] = {{5000, 5001}, {5001, 2500}};
+    for (const auto &c : cases) {
+        TtFolderDic stored;
+        stored.folders = entriesAccessedInTurn<FolderEntry>(c.storedFolders);
+        stored.QZRrcfdpath = "/f/0";
+        stored.QZRrcplist1 = {"/f/0/a.mkv"};
+        const TtFolderDic after = records.newDicFromTtFolderDic(stored, "folder");
+        EXPECT_EQ(after.folders.size(), c.foldersAfter) << c.storedFolders;
+        EXPECT_EQ(after.QZRrcfdpath, tree.path("show"));
+        EXPECT_EQ(after.toVariantMap().size(), c.foldersAfter + 2);
+
+        const TtFolderDic kept = records.newDicFromTtFolderDic(stored, "file");
+        EXPECT_EQ(kept.QZRrcfdpath, "/f/0");
+        EXPECT_EQ(kept.QZRrcplist1, stored.QZRrcplist1);
+    }
+}
+
+TEST_F(Records, AFileOfAnotherSizeGetsAFreshEntry) {
+    const QUrl file = tree.touch("movie.mkv", "abc");
+    TotalFdFlsData total;
+    FileEntry saved;
+    saved.fsize = 3;
+    saved.ctime = 80.0;
+    saved.caudio = 1;
+    saved.csubtitleidxs = {"k"};
+    saved.cdone = true;
+    total.ttfile.insert(file.toLocalFile(), saved);
+    EXPECT_EQ(PlayedStateRecords::getResetEachFileDicFromURL(file, total).ctime, 80.0);
+
+    tree.touch("movie.mkv", "abcd");
+    const FileEntry reset = PlayedStateRecords::getResetEachFileDicFromURL(file, total);
+    EXPECT_EQ(reset.fsize, 4u);
+    EXPECT_EQ(reset.ctime, 0.0);
+    EXPECT_EQ(reset.caudio, kNoAudioTrackChosen);
+    EXPECT_TRUE(reset.csubtitleidxs.isEmpty());
+    EXPECT_FALSE(reset.cdone);
+    EXPECT_FALSE(reset.laccs.isEmpty());
+}
+
+TEST_F(Records, RecentRecordHasTheStoredLayoutAndReplacesOnlyItsPart) {
+    const QUrl video = tree.touch("v.mkv");
+    const QUrl subtitle = tree.touch("v.srt");
+    openedItems.openedVideoFileURLs = {video};
+    openedItems.openedSubtitleFileURLs = {subtitle};
+    openedItems.indexList = 1;
+    records.saveRecentFdFlsData("all");
+
+    const QVariantMap recent = storedRecord("QZRRecentFdFlsData");
+    EXPECT_EQ(recent.keys(), QStringList({"rcfolder", "rcplist0idx", "rcsubtitle", "rcvideo"}));
+    EXPECT_EQ(keysOf(recent["rcfolder"]), QStringList({"lurls"}));
+    EXPECT_TRUE(recent["rcfolder"].toMap()["lurls"].toList().isEmpty());
+    const QVariantMap entry = recent["rcvideo"].toMap()["lurls"].toList().value(0).toMap();
+    EXPECT_EQ(entry.keys(), QStringList({"absolute", "bookmark", "writable"}));
+    EXPECT_EQ(entry["absolute"].toString(), video.toString());
+    EXPECT_TRUE(entry["writable"].toBool());
+    EXPECT_EQ(resolvedURLFromBookmarkData(entry["bookmark"].toByteArray()), video);
+    EXPECT_EQ(recent["rcplist0idx"].toInt(), 1);
+
+    openedItems.openedVideoFileURLs.clear();
+    openedItems.indexList = 0;
+    records.saveRecentFdFlsData("index");
+    const RecentFdFlsData afterIndex = PlayedStateRecords::readRecentFdFlsData();
+    EXPECT_EQ(afterIndex.rcplist0idx, 0);
+    EXPECT_EQ(afterIndex.rcvideo.lurls.size(), 1);
+    records.saveRecentFdFlsData("video");
+    EXPECT_TRUE(PlayedStateRecords::readRecentFdFlsData().rcvideo.lurls.isEmpty());
+    EXPECT_EQ(PlayedStateRecords::readRecentFdFlsData().rcsubtitle.lurls.size(), 1);
+
+    // Reopening resolves what still exists.
+    openedItems.openedVideoFileURLs = {video};
+    openedItems.indexList = 1;
+    records.saveRecentFdFlsData("all");
+    QFile::remove(subtitle.toLocalFile());
+    OpenedItems restored;
+    PlayedStateRecords(playlist, restored).loadRecentFdFlsData();
+    EXPECT_EQ(restored.openedVideoFileURLs, QList<QUrl>({video}));
+    EXPECT_TRUE(restored.openedSubtitleFileURLs.isEmpty());
+    EXPECT_EQ(restored.indexList, 1);
+}
+
+TEST_F(Records, MissingOrDamagedRecordsReadAsEmpty) {
+    EXPECT_TRUE(PlayedStateRecords::readTotalFdFlsData().ttfile.isEmpty());
+    EXPECT_FALSE(PlayedStateRecords::getSavedRecentIsFolder());
+    const auto settings = openTolvaneSettings();
+    settings->setValue("QZRTotalFdFlsData", QByteArray("\xff\x00garbage", 9));
+    settings->setValue("QZRRecentFdFlsData", QByteArray("not cbor"));
+    settings->sync();
+    EXPECT_TRUE(PlayedStateRecords::readTotalFdFlsData().ttfile.isEmpty());
+    EXPECT_TRUE(PlayedStateRecords::readRecentFdFlsData().rcvideo.lurls.isEmpty());
+}
+
+TEST(Bookmarks, RecordTheCanonicalPathAndFailForVanishedItems) {
+    test::TemporaryTree tree;
+    const QUrl file = tree.touch("a/b.mkv");
+    ASSERT_TRUE(QFile::link(tree.path("a"), tree.path("link")));
+    const QByteArray bookmark = bookmarkDataFromURL(tree.url("link/b.mkv"));
+    ASSERT_FALSE(bookmark.isEmpty());
+    EXPECT_EQ(resolvedURLFromBookmarkData(bookmark), file);
+    EXPECT_EQ(resolvedURLFromBookmarkData(bookmarkDataFromURL(tree.url("a"))), tree.url("a"));
+
+    QFile::remove(file.toLocalFile());
+    EXPECT_EQ(resolvedURLFromBookmarkData(bookmark), std::nullopt);
+    EXPECT_TRUE(bookmarkDataFromURL(QUrl()).isEmpty());
+    EXPECT_TRUE(bookmarkDataFromURL(file).isEmpty());
+    EXPECT_EQ(resolvedURLFromBookmarkData({}), std::nullopt);
+    EXPECT_EQ(resolvedURLFromBookmarkData("junk"), std::nullopt);
+}
+
+TEST(Bookmarks, TheWhereFolderKeepsItsChosenURLWhenTheBookmarkFails) {
+    test::TemporaryTree tree;
+    const QUrl where = tree.makeFolder("subtitles");
+    const QByteArray data = whereURLDataFromFolderURL(where);
+    EXPECT_EQ(whereFolderFromWhereURLData(data).whereURL, where);
+    EXPECT_EQ(whereFolderFromWhereURLData(data).whereAbsoluteURL, where);
+
+    QDir(where.toLocalFile()).removeRecursively();
+    const WhereFolder gone = whereFolderFromWhereURLData(data);
+    EXPECT_TRUE(gone.whereURL.isEmpty());
+    EXPECT_EQ(gone.whereAbsoluteURL, where);
+    OpenedItems items;
+    items.whereURL = gone.whereURL;
+    EXPECT_FALSE(items.isAllowedFolderURLInSandbox(tree.url("subtitles/a.mkv")));
+
+    EXPECT_TRUE(whereURLDataFromFolderURL(QUrl()).isEmpty());
+    EXPECT_TRUE(whereFolderFromWhereURLData({}).whereAbsoluteURL.isEmpty());
+    EXPECT_TRUE(whereFolderFromWhereURLData("\xa1").whereAbsoluteURL.isEmpty());
+}
+
+}  // namespace
+}  // namespace tolvane

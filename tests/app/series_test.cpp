@@ -1,0 +1,98 @@
+#include "app/series.h"
+
+#include <gtest/gtest.h>
+
+#include <QUrl>
+
+#include "app/finder_order.h"
+#include "support/qt_printers.h"
+
+namespace tolvane {
+namespace {
+
+QUrl fileURL(const QString &name) { return QUrl::fromLocalFile(QStringLiteral("/videos/") + name); }
+
+TEST(RemoveAllNumbers, StripsDigitsSeparatorsAndTheFirstBracketedPart) {
+    const struct {
+        const char *name;
+        const char *stripped;
+    } cases[] = {
+        {"A[1]B[2]", "AB[ ]"},
+        {"Show.S01E02", "Show S  E  "},
+        {"my_show-03", "my show   "},
+        {"Show [720p] 01", "Show    "},
+        {"Open [ bracket 5", "Open [ bracket  "},
+        {"Close ] then [x]", "Close ] then "},
+        {"Movie", "Movie"},
+        {"", ""},
+    };
+    for (const auto &c : cases) {
+        EXPECT_EQ(removeAllNumbers(QString::fromUtf8(c.name)), QString::fromUtf8(c.stripped))
+            << c.name;
+    }
+}
+
+TEST(IsSeries, FollowsThePrefixAndFirstWordRules) {
+    const struct {
+        const char *a;
+        const char *b;
+        bool isSeries;
+    } cases[] = {
+        {"Show.S01E01.mkv", "Show.S01E02.mkv", true},
+        {"Show [720p] 01.mkv", "Show 02.mkv", true},
+        {"Movie.mkv", "Movie2.mkv", true},
+        {"show_01.mkv", "SHOW_02.mkv", true},          // the prefix test ignores case
+        {"Show Part 1.mkv", "Show Finale.mkv", true},  // same first word
+        {"Show.One.01.mkv", "Show.Two.01.mkv", true},  // dots split words too
+        {"[Group] Show 01.mkv", "[Group] Show 02.mkv", true},
+        {"[Group] Alpha 01.mkv", "[Other] Beta 01.mkv", false},
+        {"[G] Show - 01 [720p].mkv", "[G] Show - 02 [1080p].mkv", true},
+        {"01 Intro.mkv", "02 Outro.mkv", false},
+        {"01.mkv", "02.mkv", true},
+        {"Alpha 01.mkv", "Beta 01.mkv", false},
+        {"Show 01.mkv", "show Extra.mkv", false},  // first words compare case-sensitively
+        {"Ep 1.mkv", "Ep 10.mp4", true},
+        {"Dr.Who.01.avi", "Dr.No.avi", true},  // deliberately loose: same first word
+    };
+    for (const auto &c : cases) {
+        const QUrl a = fileURL(QString::fromUtf8(c.a));
+        const QUrl b = fileURL(QString::fromUtf8(c.b));
+        EXPECT_EQ(isSeries(a, b), c.isSeries) << c.a << " / " << c.b;
+        EXPECT_EQ(isSeries(b, a), c.isSeries) << c.b << " / " << c.a;
+    }
+}
+
+TEST(RealFileNameStringWhetherBDMV, NamesStreamFilesAfterTheirDisc) {
+    EXPECT_EQ(realFileNameStringWhetherBDMV(QUrl::fromLocalFile("/m/Disc/BDMV/STREAM/00001.m2ts")),
+              "Disc.m2ts");
+    EXPECT_EQ(realFileNameStringWhetherBDMV(QUrl::fromLocalFile("/m/Show/Ep 1.mkv")), "Ep 1.mkv");
+    EXPECT_EQ(realFileNameStringWhetherBDMV(QUrl::fromLocalFile("/BDMV/STREAM/00001.m2ts")),
+              "00001.m2ts");
+    EXPECT_EQ(realFileNameStringWhetherBDMV(QUrl::fromLocalFile("/m/50% #1/BDMV/STREAM/1.m2ts")),
+              "50% #1.m2ts");
+    EXPECT_EQ(realFileNameStringWhetherBDMV(QUrl()), " ");
+}
+
+TEST(ThisURLsHaveURL, ComparesByPath) {
+    const QList<QUrl> urls = {fileURL("a.mkv"), fileURL("b.mkv")};
+    EXPECT_TRUE(thisURLs(urls, QUrl(QStringLiteral("file:///videos/b.mkv"))));
+    EXPECT_FALSE(thisURLs(urls, fileURL("c.mkv")));
+    EXPECT_FALSE(thisURLs({}, fileURL("a.mkv")));
+}
+
+TEST(FinderOrder, SortsNumbersByValueAndBreaksTiesByTheName) {
+    QList<QUrl> urls;
+    for (const char *name : {"Ep 10.mkv", "ep 2.mkv", "Ep 1.mkv", "2.mkv", "02.mkv", "Ep 02.mkv"}) {
+        urls.append(fileURL(QString::fromUtf8(name)));
+    }
+    sortURLsInFinderOrder(urls);
+    QStringList names;
+    for (const QUrl &url : urls) {
+        names.append(url.fileName());
+    }
+    EXPECT_EQ(names,
+              QStringList({"02.mkv", "2.mkv", "Ep 1.mkv", "Ep 02.mkv", "ep 2.mkv", "Ep 10.mkv"}));
+}
+
+}  // namespace
+}  // namespace tolvane

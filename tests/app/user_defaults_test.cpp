@@ -1,0 +1,140 @@
+#include "app/user_defaults.h"
+
+#include <gtest/gtest.h>
+
+#include "app/caption_font.h"
+#include "app_test_support.h"
+#include "support/qt_printers.h"
+
+namespace tolvane {
+namespace {
+
+class UserDefaultsTest : public ::testing::Test {
+protected:
+    void SetUp() override { test::clearTolvaneSettings(); }
+
+    static void storeBehindItsBack(const char *key, const QVariant &value) {
+        const auto settings = openTolvaneSettings();
+        settings->setValue(QLatin1String(key), value);
+        settings->sync();
+    }
+
+    UserDefaults defaults{QStringLiteral("Caption Face:style=Light")};
+};
+
+TEST_F(UserDefaultsTest, AFirstLaunchReadsTheRegisteredDefaults) {
+    const struct {
+        const char *key;
+        QVariant value;
+    } cases[] = {
+        {"FontName", "Caption Face:style=Light"},
+        {"IsGPUAccForFF", 1},
+        {"Is10bitModeForFF", 1},
+        {"Volume", 1.0},
+        {"IsShowInspector", false},
+        {"IsShowPlaylist", false},
+        {"MainWindowFrameMono2", " "},
+        {"PlaylistWindowFrameDual2", " "},
+        {"AutoPlay", 1},
+        {"AspectRatio", "SAR"},
+        {"Awesome", 0},
+        {"AnotherDefaultColor", 0},
+        {"TextEncodingPopUpItem2", 3},
+        {"IsShowMessage", true},
+        {"DecodingPopUpItem", 1},
+        {"WhereURLData", QByteArray()},
+        {"QZRRecentIsFolder", false},
+        {"QZRRecentFdFlsData", QByteArray()},
+        {"QZRTotalFdFlsData", QByteArray()},
+        {"FontSize2", QVariantMap{{"Caption Face:style=Light", 0.03}}},
+        {"CaptionMargin2", QVariantMap{{"Caption Face:style=Light", 0.1}}},
+    };
+    for (const auto &c : cases) {
+        const QVariant value = defaults.value(QLatin1String(c.key));
+        EXPECT_EQ(value, c.value) << c.key;
+        EXPECT_EQ(value.metaType(), c.value.metaType()) << c.key;
+    }
+    EXPECT_EQ(defaults.currentDecodingMode(), 1);
+    EXPECT_EQ(userDefaultsTable(QStringLiteral("f")).size(), 27u);
+    EXPECT_EQ(QString::fromLatin1(userDefaultsTable(QStringLiteral("f")).front().key), "FontName");
+}
+
+TEST_F(UserDefaultsTest, StoredValuesComeBackWithTheTableTypes) {
+    defaults.setValue("Volume", 0.25f);
+    defaults.setValue("AutoPlay", 0);
+    defaults.setValue("IsShowPlaylist", true);
+    defaults.setValue("AspectRatio", "16:9");
+    const UserDefaults reread{QStringLiteral("Caption Face:style=Light")};
+    EXPECT_EQ(reread.value("Volume"), QVariant(0.25));
+    EXPECT_EQ(reread.value("AutoPlay"), QVariant(0));
+    EXPECT_EQ(reread.value("IsShowPlaylist"), QVariant(true));
+    EXPECT_EQ(reread.value("AspectRatio"), QVariant("16:9"));
+
+    // A value of the wrong kind reads as the registered default.
+    storeBehindItsBack("Volume", "loud");
+    EXPECT_EQ(reread.value("Volume"), QVariant(1.0));
+}
+
+TEST_F(UserDefaultsTest, TheDecodingModeIsReadAfreshEachTime) {
+    EXPECT_EQ(defaults.currentDecodingMode(), 1);
+    storeBehindItsBack("DecodingPopUpItem", 0);
+    EXPECT_EQ(defaults.currentDecodingMode(), 0);
+    storeBehindItsBack("DecodingPopUpItem", 1);
+    EXPECT_EQ(defaults.currentDecodingMode(), 1);
+}
+
+TEST_F(UserDefaultsTest, EachFontKeepsItsOwnCaptionSettings) {
+    const struct {
+        const char *key;
+        QVariant fallback;
+        QVariant adjusted;
+    } cases[] = {
+        {"IsFontBold2", false, true},
+        {"FontSize2", 0.03, 0.05},
+        {"CaptionSpacing2", 0.6, 0.8},
+        {"CaptionMargin2", 0.1, 0.2},
+    };
+    for (const auto &c : cases) {
+        EXPECT_EQ(defaults.valueForCPFSetting(c.key), c.fallback) << c.key;
+        defaults.saveValue(c.adjusted, c.key);
+        EXPECT_EQ(defaults.valueForCPFSetting(c.key), c.adjusted) << c.key;
+    }
+
+    defaults.setValue("FontName", "Another Face");
+    for (const auto &c : cases) {
+        EXPECT_EQ(defaults.valueForCPFSetting(c.key), c.fallback) << c.key;
+        EXPECT_EQ(defaults.value(c.key).toMap().value("Caption Face:style=Light"), c.adjusted)
+            << c.key;
+    }
+
+    defaults.setValue("FontName", "");
+    defaults.saveValue(0.09, "FontSize2");
+    EXPECT_EQ(defaults.valueForCPFSetting("FontSize2"), QVariant(0.03));
+    EXPECT_FALSE(defaults.value("FontSize2").toMap().contains(""));
+}
+
+TEST(CaptionFont, PrefersKoreanNotoAtTheLightestInstalledWeight) {
+    const QList<InstalledFontFace> faces = {
+        {"Noto Sans CJK JP", "Light", 50},   {"Noto Sans CJK KR", "Bold", 200},
+        {"Noto Sans CJK KR", "Regular", 80}, {"Noto Sans CJK KR", "DemiLight", 55},
+        {"Noto Sans CJK SC", "Thin", 0},
+    };
+    EXPECT_EQ(preferredCaptionFontNameAmong(faces), "Noto Sans CJK KR:style=DemiLight");
+    EXPECT_EQ(preferredCaptionFontNameAmong(faces.mid(2, 1)), "Noto Sans CJK KR:style=Regular");
+    EXPECT_EQ(preferredCaptionFontNameAmong({faces[0], faces[4]}), "Noto Sans CJK JP:style=Light");
+    EXPECT_EQ(preferredCaptionFontNameAmong({}), "");
+}
+
+TEST(CaptionFont, TheInstalledDefaultIsANotoFaceOrTheSystemSansSerif) {
+    const QString fontName = preferredCaptionFontName();
+    ASSERT_FALSE(fontName.isEmpty());
+    if (installedNotoSansCJKFaces().isEmpty()) {
+        EXPECT_FALSE(fontName.startsWith("Noto Sans CJK")) << fontName.toStdString();
+    } else {
+        EXPECT_TRUE(fontName.startsWith("Noto Sans CJK KR:style=")) << fontName.toStdString();
+    }
+    EXPECT_EQ(UserDefaults().registeredDefault("FontName"), QVariant(fontName));
+}
+
+}  // namespace
+}  // namespace tolvane
