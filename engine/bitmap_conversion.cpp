@@ -9,8 +9,10 @@
 #include <vector>
 
 // Each row loop is also compiled for AVX2 and the variant the processor can
-// run is picked when the program loads.
-#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__)
+// run is picked when the program loads. Not in sanitizer builds: the
+// resolvers run before the sanitizer runtime is set up.
+#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__) && \
+    !defined(__SANITIZE_THREAD__) && !defined(__SANITIZE_ADDRESS__)
 #define TOLVANE_ROW_LOOP __attribute__((target_clones("avx2", "default")))
 #else
 #define TOLVANE_ROW_LOOP
