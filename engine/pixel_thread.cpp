@@ -114,8 +114,14 @@ PixelPassOutcome MyCAOpenGLLayer::addBitmapDataOnePass() {
 
     const AVPacket *packet = getVideoPacket();
     if (packet == nullptr) {
-        return drainVideoDecoderIntoQueue(fps) ? PixelPassOutcome::QueuedPicture
-                                               : PixelPassOutcome::NoUnreadPacket;
+        if (drainVideoDecoderIntoQueue(fps)) {
+            return PixelPassOutcome::QueuedPicture;
+        }
+        // Once the decoder has given its last picture nothing can come before
+        // a seek: idle instead of trying again at once.
+        return videoDecoderDrainState.load() == VideoDecoderDrainState::Drained
+                   ? PixelPassOutcome::Idle
+                   : PixelPassOutcome::NoUnreadPacket;
     }
 
     const AVRational timeBase = pFormatCtx->streams[videoStreamIdx]->time_base;
