@@ -35,14 +35,12 @@ bool isSeries(const QUrl &url, const QUrl &before) {
     if (common == a.size() || common == b.size()) {
         return true;
     }
-    // Empty pieces are skipped: a name that begins with a group tag or a number
-    // ("[Group] Show - 01") leaves an empty piece first, which names no series.
-    const QStringList wordsOfA = a.split(QLatin1Char(' '), Qt::SkipEmptyParts);
-    const QStringList wordsOfB = b.split(QLatin1Char(' '), Qt::SkipEmptyParts);
-    if (wordsOfA.isEmpty() || wordsOfB.isEmpty()) {
-        return false;
-    }
-    return wordsOfA.first() == wordsOfB.first();
+    // The first words, case-sensitively. A name that begins with a blank (a
+    // group tag or a number was stripped from its front) has an empty first
+    // word, which names no series.
+    const QString firstWordOfA = a.section(QLatin1Char(' '), 0, 0);
+    const QString firstWordOfB = b.section(QLatin1Char(' '), 0, 0);
+    return !firstWordOfA.isEmpty() && firstWordOfA == firstWordOfB;
 }
 
 bool thisURLs(const QList<QUrl> &urls, const QUrl &haveURL) {
