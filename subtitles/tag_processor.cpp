@@ -1,0 +1,310 @@
+#include "subtitles/tag_processor.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <tuple>
+
+#include "subtitles/caption_colors.h"
+#include "subtitles/markup_normalizer.h"
+#include "subtitles/markup_spans.h"
+#include "subtitles/text_scanning.h"
+
+namespace tolvane::subtitles {
+
+namespace {
+
+constexpr double kNarrowViewAspect = 1.3333333333333333;
+constexpr double kNarrowViewFontFactor = 1.05;
+constexpr std::uint8_t kItalicBit = 1;
+constexpr std::uint8_t kBoldBit = 2;
+constexpr int kDefaultColorIndex = -1;
+
+// Per-character styling of a text: which colour (an index into the palette,
+// or the default) and which faces. Kept parallel to the text.
+struct CharacterStyles {
+    std::vector<int> colorIndex;
+    std::vector<std::uint8_t> faceBits;
+
+    void append(const CharacterStyles &from, qsizetype first, qsizetype count) {
+        colorIndex.insert(colorIndex.end(), from.colorIndex.begin() + first,
+                          from.colorIndex.begin() + first + count);
+        faceBits.insert(faceBits.end(), from.faceBits.begin() + first,
+                        from.faceBits.begin() + first + count);
+    }
+};
+
+// The text with every tag removed, still holding the ruby annotations.
+struct StrippedText {
+    QString text;
+    CharacterStyles styles;
+};
+
+QString markerForFaceBits(std::uint8_t bits) {
+    QString marker;
+    if (bits & kItalicBit) {
+        marker.append(QLatin1Char('i'));
+    }
+    if (bits & kBoldBit) {
+        marker.append(QLatin1Char('b'));
+    }
+    return marker;
+}
+
+int truncatedFontSize(double size) {
+    if (!(size > 0.0)) {
+        return 0;
+    }
+    return int(std::min(std::trunc(size), double(std::numeric_limits<int>::max())));
+}
+
+class RowStringBuilder {
+  public:
+    RowStringBuilder(const CaptionStyle &style, CaptionColor defaultColor,
+                     const std::vector<CaptionColor> &palette)
+        : style_(style), defaultColor_(defaultColor), palette_(palette) {}
+
+    // Appends text[first, first + count) with its styles to both strings.
+    void append(QStringView text, const CharacterStyles &styles, qsizetype first, qsizetype count,
+                int fontSize, StyledString &outline, StyledString &fill) const {
+        qsizetype runStart = first;
+        for (qsizetype i = first + 1; i <= first + count; ++i) {
+            if (i < first + count &&
+                styles.colorIndex[std::size_t(i)] == styles.colorIndex[std::size_t(runStart)] &&
+                styles.faceBits[std::size_t(i)] == styles.faceBits[std::size_t(runStart)]) {
+                continue;
+            }
+            const QStringView piece = text.sliced(runStart, i - runStart);
+            const int colorIndex = styles.colorIndex[std::size_t(runStart)];
+            const std::uint8_t bits = styles.faceBits[std::size_t(runStart)];
+            outline.append(piece, outlineAttributes(bits, fontSize));
+            fill.append(piece, fillAttributes(colorIndex, bits, fontSize));
+            runStart = i;
+        }
+    }
+
+    void appendWithStyleOf(QStringView text, int colorIndex, std::uint8_t bits, int fontSize,
+                           StyledString &outline, StyledString &fill) const {
+        outline.append(text, outlineAttributes(bits, fontSize));
+        fill.append(text, fillAttributes(colorIndex, bits, fontSize));
+    }
+
+  private:
+    CaptionTextAttributes baseAttributes(std::uint8_t bits, int fontSize) const {
+        CaptionTextAttributes attributes;
+        attributes.fontFamily = style_.fnamePF;
+        attributes.fontSize = fontSize;
+        attributes.italic = bits & kItalicBit;
+        attributes.bold = bits & kBoldBit;
+        attributes.marker = markerForFaceBits(bits);
+        return attributes;
+    }
+
+    CaptionTextAttributes outlineAttributes(std::uint8_t bits, int fontSize) const {
+        CaptionTextAttributes attributes = baseAttributes(bits, fontSize);
+        attributes.fillColor = CaptionColor{0.0, 0.0, 0.0, 1.0};
+        attributes.strokeColor = attributes.fillColor;
+        attributes.strokeWidth = style_.boldPF ? -7.0 : -5.0;
+        return attributes;
+    }
+
+    CaptionTextAttributes fillAttributes(int colorIndex, std::uint8_t bits, int fontSize) const {
+        CaptionTextAttributes attributes = baseAttributes(bits, fontSize);
+        attributes.fillColor =
+            colorIndex == kDefaultColorIndex ? defaultColor_ : palette_[std::size_t(colorIndex)];
+        attributes.strokeColor = attributes.fillColor;
+        attributes.strokeWidth = style_.boldPF ? -2.0 : 0.0;
+        return attributes;
+    }
+
+    const CaptionStyle &style_;
+    CaptionColor defaultColor_;
+    const std::vector<CaptionColor> &palette_;
+};
+
+StrippedText textWithoutTags(const QString &normalized, const std::vector<TextSpan> &tagSpans) {
+    StrippedText stripped;
+    stripped.text.reserve(normalized.size());
+    qsizetype copiedUpTo = 0;
+    for (const TextSpan &span : tagSpans) {
+        stripped.text.append(QStringView(normalized).sliced(copiedUpTo, span.start - copiedUpTo));
+        copiedUpTo = span.last + 1;
+    }
+    stripped.text.append(QStringView(normalized).sliced(copiedUpTo));
+    stripped.styles.colorIndex.assign(std::size_t(stripped.text.size()), kDefaultColorIndex);
+    stripped.styles.faceBits.assign(std::size_t(stripped.text.size()), 0);
+    return stripped;
+}
+
+// The colour text of a font tag runs from "color=" to the first space or ">".
+QStringView colorTextOfFontTag(QStringView tag) {
+    const qsizetype start = asciiLowered(tag).indexOf(u"color=");
+    if (start < 0) {
+        return {};
+    }
+    qsizetype end = start + 6;
+    while (end < tag.size() && tag[end] != u' ' && tag[end] != u'>') {
+        ++end;
+    }
+    return tag.sliced(start, end - start);
+}
+
+void wrapLongSingleLine(QString &line, const TagProcessor::TextWidthMeasure &measureTextWidth) {
+    if (line.contains(QLatin1Char('\n')) || !line.contains(QLatin1Char(' '))) {
+        return;
+    }
+    const double width = measureTextWidth(line);
+    if (width < TagProcessor::kWrapWidthThreshold) {
+        return;
+    }
+    const qsizetype length = line.size();
+    const double averageCharacterWidth = width / double(length);
+    const qsizetype charactersPerLine = averageCharacterWidth >= TagProcessor::kWideCharacterWidth
+                                            ? TagProcessor::kWideCharactersPerLine
+                                            : TagProcessor::kNarrowCharactersPerLine;
+    const qsizetype lineCount = (length + charactersPerLine - 1) / charactersPerLine;
+    const qsizetype targetLength = length / lineCount;
+    qsizetype previousBreak = 0;
+    for (qsizetype i = 0; i < length; ++i) {
+        if (line[i] == u' ' && i - previousBreak > targetLength) {
+            line[i] = QLatin1Char('\n');
+            previousBreak = i;
+        }
+    }
+}
+
+}  // namespace
+
+TagProcessor::TagProcessor(CaptionStyle style)
+    : TagProcessor(std::move(style), systemFontTextWidthMeasure()) {}
+
+TagProcessor::TagProcessor(CaptionStyle style, TextWidthMeasure measureTextWidth)
+    : style_(std::move(style)), measureTextWidth_(std::move(measureTextWidth)) {}
+
+CaptionColor TagProcessor::defaultColor() const {
+    return subtitles::defaultColor(style_.isDefaultColor);
+}
+
+int TagProcessor::fontSize() const {
+    double size = double(style_.sizePF) * style_.viewWidth;
+    if (style_.viewWidth / style_.viewHeight <= kNarrowViewAspect) {
+        size *= kNarrowViewFontFactor;
+    }
+    return truncatedFontSize(size);
+}
+
+ProcessedLine TagProcessor::processingTag(QStringView content, QStringView type) const {
+    const QString normalized = pre_processingTag(content, type);
+    const std::vector<TextSpan> tagSpans =
+        startEndLocDicInContent(normalized, u"<", {QStringLiteral(">")});
+    StrippedText stripped = textWithoutTags(normalized, tagSpans);
+
+    std::vector<CaptionColor> palette;
+    for (const TaggedRange &range :
+         arrayFromStartEndLocDic(tagSpans, u"<font", u"</font>", normalized)) {
+        const QStringView colorText = colorTextOfFontTag(range.openTag);
+        if (colorText.isEmpty()) {
+            continue;
+        }
+        palette.push_back(computeColor(colorText, style_.isDefaultColor));
+        std::fill(stripped.styles.colorIndex.begin() + range.first,
+                  stripped.styles.colorIndex.begin() + range.last + 1, int(palette.size() - 1));
+    }
+    for (const auto &[openTag, closeTag, bit] :
+         {std::tuple{u"<i>", u"</i>", kItalicBit}, std::tuple{u"<b>", u"</b>", kBoldBit}}) {
+        for (const TaggedRange &range :
+             arrayFromStartEndLocDic(tagSpans, openTag, closeTag, normalized)) {
+            for (qsizetype i = range.first; i <= range.last; ++i) {
+                stripped.styles.faceBits[std::size_t(i)] |= bit;
+            }
+        }
+    }
+
+    // Take the annotations out of the line; base positions shift left by
+    // the annotation characters removed before them.
+    const std::vector<RubyPair> rubyPairs = rubyDicInContent(normalized).btmtoparray;
+    struct PlacedAnnotation {
+        qsizetype baseFirst;
+        qsizetype baseLast;
+        const RubyPair *pair;
+    };
+    std::vector<PlacedAnnotation> placedAnnotations;
+    QString line;
+    CharacterStyles lineStyles;
+    line.reserve(stripped.text.size());
+    qsizetype copiedUpTo = 0;
+    for (const RubyPair &pair : rubyPairs) {
+        if (pair.annotationLast < pair.annotationFirst || pair.annotationFirst < copiedUpTo) {
+            continue;
+        }
+        const qsizetype removedBefore = copiedUpTo - line.size();
+        placedAnnotations.push_back(
+            {pair.baseFirst - removedBefore, pair.baseLast - removedBefore, &pair});
+        line.append(
+            QStringView(stripped.text).sliced(copiedUpTo, pair.annotationFirst - copiedUpTo));
+        lineStyles.append(stripped.styles, copiedUpTo, pair.annotationFirst - copiedUpTo);
+        copiedUpTo = pair.annotationLast + 1;
+    }
+    line.append(QStringView(stripped.text).sliced(copiedUpTo));
+    lineStyles.append(stripped.styles, copiedUpTo, stripped.text.size() - copiedUpTo);
+
+    wrapLongSingleLine(line, measureTextWidth_);
+
+    const int baseFontSize = fontSize();
+    const RowStringBuilder builder(style_, defaultColor(), palette);
+    ProcessedLine processed;
+    int rowKey = 2;
+    for (qsizetype rowStart = 0; rowStart < line.size();) {
+        qsizetype lineFeed = line.indexOf(QLatin1Char('\n'), rowStart);
+        const qsizetype rowEnd = lineFeed < 0 ? line.size() : lineFeed;
+        ProcessedRow row;
+        row.rowKey = rowKey;
+        row.lastCharacterIndex = lineFeed < 0 ? line.size() - 1 : lineFeed;
+        if (rowEnd > rowStart) {
+            builder.append(line, lineStyles, rowStart, rowEnd - rowStart, baseFontSize, row.outline,
+                           row.fill);
+        } else {
+            const auto styleIndex = std::size_t(rowStart);
+            builder.appendWithStyleOf(u" ", lineStyles.colorIndex[styleIndex],
+                                      lineStyles.faceBits[styleIndex], baseFontSize, row.outline,
+                                      row.fill);
+        }
+        processed.rows.push_back(std::move(row));
+        rowKey += 2;
+        rowStart = rowEnd + 1;
+    }
+
+    if (!processed.rows.empty()) {
+        const int annotationFontSize = truncatedFontSize(baseFontSize / kRubyFontDivisor);
+        for (const PlacedAnnotation &placed : placedAnnotations) {
+            const auto rowAfter =
+                std::upper_bound(processed.rows.begin(), processed.rows.end(), placed.baseFirst,
+                                 [](qsizetype index, const ProcessedRow &row) {
+                                     return index <= row.lastCharacterIndex;
+                                 });
+            // Rows are found by their last character; an empty base at the
+            // very end belongs to the last row.
+            ProcessedRow &row =
+                rowAfter == processed.rows.end() ? processed.rows.back() : *rowAfter;
+            const qsizetype rowStart =
+                &row == &processed.rows.front() ? 0 : (&row - 1)->lastCharacterIndex + 1;
+            RubyAnnotation annotation;
+            annotation.baseFirstColumn = placed.baseFirst - rowStart;
+            annotation.baseLastColumn =
+                std::min(placed.baseLast, row.lastCharacterIndex) - rowStart;
+            const RubyPair &pair = *placed.pair;
+            QString annotationText = stripped.text.mid(
+                pair.annotationFirst, pair.annotationLast - pair.annotationFirst + 1);
+            annotationText.replace(QLatin1Char('\n'), QLatin1Char(' '));
+            CharacterStyles annotationStyles;
+            annotationStyles.append(stripped.styles, pair.annotationFirst, annotationText.size());
+            builder.append(annotationText, annotationStyles, 0, annotationText.size(),
+                           annotationFontSize, annotation.outline, annotation.fill);
+            row.rubyAnnotations.push_back(std::move(annotation));
+        }
+    }
+    return processed;
+}
+
+}  // namespace tolvane::subtitles
