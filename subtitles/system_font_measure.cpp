@@ -1,6 +1,7 @@
 #include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QGuiApplication>
+#include <algorithm>
 #include <memory>
 
 #include "base/log.h"
@@ -11,6 +12,9 @@ namespace tolvane::subtitles {
 namespace {
 
 constexpr int kSystemFontPixelSize = 13;
+// Shaping keeps several arrays per character; measuring a multi-megabyte
+// line in pieces bounds that memory. The seams lose at most a kerning pair.
+constexpr qsizetype kMeasuredPieceLength = 4096;
 
 double estimatedTextWidth(const QString &text) {
     double width = 0.0;
@@ -37,7 +41,18 @@ TagProcessor::TextWidthMeasure systemFontTextWidthMeasure() {
     QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
     font.setPixelSize(kSystemFontPixelSize);
     auto metrics = std::make_shared<const QFontMetricsF>(font);
-    return [metrics](const QString &text) { return metrics->horizontalAdvance(text); };
+    return [metrics](const QString &text) {
+        double width = 0.0;
+        for (qsizetype start = 0; start < text.size();) {
+            qsizetype length = std::min(kMeasuredPieceLength, text.size() - start);
+            if (start + length < text.size() && text[start + length - 1].isHighSurrogate()) {
+                --length;
+            }
+            width += metrics->horizontalAdvance(QStringView(text).sliced(start, length).toString());
+            start += length;
+        }
+        return width;
+    };
 }
 
 }  // namespace tolvane::subtitles

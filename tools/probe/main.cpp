@@ -1,7 +1,7 @@
 // tolvane-probe: runs the engine and the subtitle code without a window and
 // prints what they produce as JSON, for diagnosis and for checks from outside.
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QJsonDocument>
 #include <QTextStream>
 #include <cstdio>
@@ -32,6 +32,8 @@ struct Subcommand {
 const std::map<QString, Subcommand> &subcommands() {
     static const std::map<QString, Subcommand> table = {
         {QStringLiteral("tracks"), {tolvane::probe::runTracksCommand, "tracks FILE"}},
+        {QStringLiteral("parse"),
+         {tolvane::probe::runParseCommand, "parse FILE [--type smi|srt] [--encoding NAME]"}},
     };
     return table;
 }
@@ -48,7 +50,12 @@ int printUsage() {
 }  // namespace
 
 int main(int argc, char **argv) {
-    QCoreApplication application(argc, argv);
+    // A QGuiApplication for measuring caption text with the system font; the
+    // probe never shows a window, so it needs no display.
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    QGuiApplication application(argc, argv);
     tolvane::installLocalizedStrings();
     QStringList arguments = QCoreApplication::arguments().mid(1);
     if (arguments.isEmpty()) {

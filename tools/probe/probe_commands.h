@@ -7,6 +7,7 @@ namespace tolvane::probe {
 // Each subcommand takes its own arguments (without the subcommand's name),
 // prints its JSON to standard output and returns the process exit status.
 int runTracksCommand(const QStringList &arguments);
+int runParseCommand(const QStringList &arguments);
 
 // Prints `document` as one line of JSON.
 void printJson(const QVariant &document);
