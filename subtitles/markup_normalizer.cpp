@@ -32,14 +32,16 @@ QString replacingSpans(const QString &text, const std::vector<TextSpan> &spans,
     return result;
 }
 
-QString removingSpans(const QString &text, QStringView openString, QStringView closeString) {
-    return replacingSpans(text, startEndLocDicInContent(text, openString, {closeString.toString()}),
+QString removingSpans(const QString &text, QStringView openString, const QStringList &closeString) {
+    return replacingSpans(text, startEndLocDicInContent(text, openString, closeString),
                           [](QStringView) { return QString(); });
 }
 
 void replaceAll(QString &text, QStringView before, QStringView after,
                 Qt::CaseSensitivity sensitivity = Qt::CaseInsensitive) {
-    text.replace(before.toString(), after.toString(), sensitivity);
+    if (text.size() >= before.size()) {
+        text.replace(before.data(), before.size(), after.data(), after.size(), sensitivity);
+    }
 }
 
 QString characterForReference(QStringView reference) {
@@ -97,32 +99,46 @@ QString pre_processingTag(QStringView content, QStringView type) {
         replaceAll(text, u"\r", u"\n", Qt::CaseSensitive);
         replaceAll(text, u"<br>", u"\n");
     }
-    replaceAll(text, u"&nbsp;", u" ");
-    replaceAll(text, u"&nbsp", u" ");
+    // Most cue texts hold no mark-up at all: each step runs only when its
+    // marker character is there.
+    if (text.contains(QLatin1Char('&'))) {
+        replaceAll(text, u"&nbsp;", u" ");
+        replaceAll(text, u"&nbsp", u" ");
+        static const QStringList kReferenceCharacters = {"0", "1", "2", "3", "4", "5",
+                                                         "6", "7", "8", "9", ";"};
+        text = replacingSpans(text, startEndLocDicInContent(text, u"&#", kReferenceCharacters),
+                              characterForReference);
+    }
 
-    static const QStringList kReferenceCharacters = {"0", "1", "2", "3", "4", "5",
-                                                     "6", "7", "8", "9", ";"};
-    text = replacingSpans(text, startEndLocDicInContent(text, u"&#", kReferenceCharacters),
-                          characterForReference);
-
-    replaceAll(text, u"</ i>", u"</i>");
-    // An attribute-less <font> closes the colour before it: authors write it
-    // meaning "back to normal".
-    replaceAll(text, u"<font>", u"</font>");
-    replaceAll(text, u"<rb>", u"");
-    replaceAll(text, u"</rb>", u"");
-    replaceAll(text, u"<rt><ruby>", u"</rt></ruby>");
-
-    text = removingSpans(text, u"<rp>", u"</rp>");
-    text = removingSpans(text, u"{", u"}");
-    text.remove(QLatin1Char('{'));
-    text.remove(QLatin1Char('}'));
-    text = removingSpans(text, u"<!--", u"-->");
-    replaceAll(text, u"<!--", u"");
-    replaceAll(text, u"-->", u"");
-
-    return replacingSpans(text, startEndLocDicInContent(text, u"<", {QStringLiteral(">")}),
-                          filteredTag);
+    const bool hasAngleBracket = text.contains(QLatin1Char('<'));
+    if (hasAngleBracket) {
+        replaceAll(text, u"</ i>", u"</i>");
+        // An attribute-less <font> closes the colour before it: authors write
+        // it meaning "back to normal".
+        replaceAll(text, u"<font>", u"</font>");
+        replaceAll(text, u"<rb>", u"");
+        replaceAll(text, u"</rb>", u"");
+        replaceAll(text, u"<rt><ruby>", u"</rt></ruby>");
+        static const QStringList kParenthesisClose = {QStringLiteral("</rp>")};
+        text = removingSpans(text, u"<rp>", kParenthesisClose);
+    }
+    if (text.contains(QLatin1Char('{')) || text.contains(QLatin1Char('}'))) {
+        static const QStringList kBraceClose = {QStringLiteral("}")};
+        text = removingSpans(text, u"{", kBraceClose);
+        text.remove(QLatin1Char('{'));
+        text.remove(QLatin1Char('}'));
+    }
+    if (hasAngleBracket || text.contains(QLatin1Char('-'))) {
+        static const QStringList kCommentClose = {QStringLiteral("-->")};
+        text = removingSpans(text, u"<!--", kCommentClose);
+        replaceAll(text, u"<!--", u"");
+        replaceAll(text, u"-->", u"");
+    }
+    if (!hasAngleBracket) {
+        return text;
+    }
+    static const QStringList kTagClose = {QStringLiteral(">")};
+    return replacingSpans(text, startEndLocDicInContent(text, u"<", kTagClose), filteredTag);
 }
 
 }  // namespace tolvane::subtitles

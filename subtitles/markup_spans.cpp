@@ -46,7 +46,14 @@ std::vector<TextSpan> startEndLocDicInContent(QStringView content, QStringView o
     if (openString.isEmpty() || closeStrings.isEmpty()) {
         return {};
     }
-    const QString lowered = asciiLowered(content);
+    // Lower-casing matters only when a marker holds letters ("<" and ">" do not).
+    const auto holdsLetters = [](QStringView marker) {
+        return std::any_of(marker.begin(), marker.end(), [](QChar c) { return c.isLetter(); });
+    };
+    const bool foldCase = holdsLetters(openString) ||
+                          std::any_of(closeStrings.begin(), closeStrings.end(), holdsLetters);
+    const QString loweredCopy = foldCase ? asciiLowered(content) : QString();
+    const QStringView lowered = foldCase ? QStringView(loweredCopy) : content;
     if (closeStrings.size() >= kCharacterSetCloseCount) {
         return spansOverCharacterRuns(lowered, openString, closeStrings);
     }
@@ -115,9 +122,14 @@ std::vector<TaggedRange> arrayFromStartEndLocDic(const std::vector<TextSpan> &ta
 }
 
 RubyDictionary rubyDicInContent(QStringView content) {
+    return rubyDicInContent(content, startEndLocDicInContent(content, u"<", {QStringLiteral(">")}));
+}
+
+RubyDictionary rubyDicInContent(QStringView content, const std::vector<TextSpan> &tagSpans) {
     RubyDictionary dictionary;
-    const std::vector<TextSpan> tagSpans =
-        startEndLocDicInContent(content, u"<", {QStringLiteral(">")});
+    if (!content.contains(u"<rt", Qt::CaseInsensitive)) {
+        return dictionary;
+    }
     bool inRuby = false;
     bool inAnnotation = false;
     RubyPair pair;

@@ -63,6 +63,8 @@ struct RubyDictionary {
 // Finds "<ruby>" base "<rt>" annotation "</rt>" ... "</ruby>"; several <rt>
 // in one ruby each annotate the text since the previous one.
 RubyDictionary rubyDicInContent(QStringView content);
+// The same over the "<" to ">" spans of `content` found already.
+RubyDictionary rubyDicInContent(QStringView content, const std::vector<TextSpan> &tagSpans);
 
 // Sorts ascending by `descriptorKey`: "intValue" (the saturating integer read)
 // or anything else for plain string order. Stable.

@@ -50,6 +50,9 @@ class StyledString {
   public:
     StyledString() = default;
     StyledString(const QString &text, const CaptionTextAttributes &attributes);
+    // `runs` must tile `text` as described above.
+    StyledString(const QString &text, std::vector<CaptionAttributeRun> runs)
+        : text_(text), runs_(std::move(runs)) {}
 
     const QString &text() const { return text_; }
     const std::vector<CaptionAttributeRun> &runs() const { return runs_; }

@@ -41,15 +41,10 @@ struct StrippedText {
     CharacterStyles styles;
 };
 
-QString markerForFaceBits(std::uint8_t bits) {
-    QString marker;
-    if (bits & kItalicBit) {
-        marker.append(QLatin1Char('i'));
-    }
-    if (bits & kBoldBit) {
-        marker.append(QLatin1Char('b'));
-    }
-    return marker;
+const QString &markerForFaceBits(std::uint8_t bits) {
+    static const QString kMarkers[] = {QString(), QStringLiteral("i"), QStringLiteral("b"),
+                                       QStringLiteral("ib")};
+    return kMarkers[bits & (kItalicBit | kBoldBit)];
 }
 
 int truncatedFontSize(double size) {
@@ -65,32 +60,50 @@ class RowStringBuilder {
                      const std::vector<CaptionColor> &palette)
         : style_(style), defaultColor_(defaultColor), palette_(palette) {}
 
-    // Appends text[first, first + count) with its styles to both strings.
-    void append(QStringView text, const CharacterStyles &styles, qsizetype first, qsizetype count,
-                int fontSize, StyledString &outline, StyledString &fill) const {
+    // Both strings of text[first, first + count) with its styles; they share
+    // one text.
+    void build(QStringView text, const CharacterStyles &styles, qsizetype first, qsizetype count,
+               int fontSize, StyledString &outline, StyledString &fill) const {
+        std::vector<CaptionAttributeRun> outlineRuns;
+        std::vector<CaptionAttributeRun> fillRuns;
         qsizetype runStart = first;
         for (qsizetype i = first + 1; i <= first + count; ++i) {
-            if (i < first + count &&
-                styles.colorIndex[std::size_t(i)] == styles.colorIndex[std::size_t(runStart)] &&
-                styles.faceBits[std::size_t(i)] == styles.faceBits[std::size_t(runStart)]) {
+            const auto at = std::size_t(i);
+            const auto startAt = std::size_t(runStart);
+            const bool sameFace =
+                i < first + count && styles.faceBits[at] == styles.faceBits[startAt];
+            const bool sameColor = sameFace && styles.colorIndex[at] == styles.colorIndex[startAt];
+            if (sameColor) {
                 continue;
             }
-            const QStringView piece = text.sliced(runStart, i - runStart);
-            const int colorIndex = styles.colorIndex[std::size_t(runStart)];
-            const std::uint8_t bits = styles.faceBits[std::size_t(runStart)];
-            outline.append(piece, outlineAttributes(bits, fontSize));
-            fill.append(piece, fillAttributes(colorIndex, bits, fontSize));
+            appendRun(
+                fillRuns, runStart - first, i - runStart,
+                fillAttributes(styles.colorIndex[startAt], styles.faceBits[startAt], fontSize));
+            appendRun(outlineRuns, runStart - first, i - runStart,
+                      outlineAttributes(styles.faceBits[startAt], fontSize));
             runStart = i;
         }
+        const QString shared = text.sliced(first, count).toString();
+        outline = StyledString(shared, std::move(outlineRuns));
+        fill = StyledString(shared, std::move(fillRuns));
     }
 
-    void appendWithStyleOf(QStringView text, int colorIndex, std::uint8_t bits, int fontSize,
-                           StyledString &outline, StyledString &fill) const {
-        outline.append(text, outlineAttributes(bits, fontSize));
-        fill.append(text, fillAttributes(colorIndex, bits, fontSize));
+    void buildWithStyleOf(const QString &text, int colorIndex, std::uint8_t bits, int fontSize,
+                          StyledString &outline, StyledString &fill) const {
+        outline = StyledString(text, outlineAttributes(bits, fontSize));
+        fill = StyledString(text, fillAttributes(colorIndex, bits, fontSize));
     }
 
   private:
+    static void appendRun(std::vector<CaptionAttributeRun> &runs, qsizetype start, qsizetype length,
+                          CaptionTextAttributes attributes) {
+        if (!runs.empty() && runs.back().attributes == attributes) {
+            runs.back().length += length;
+        } else {
+            runs.push_back({start, length, std::move(attributes)});
+        }
+    }
+
     CaptionTextAttributes baseAttributes(std::uint8_t bits, int fontSize) const {
         CaptionTextAttributes attributes;
         attributes.fontFamily = style_.fnamePF;
@@ -196,8 +209,8 @@ int TagProcessor::fontSize() const {
 
 ProcessedLine TagProcessor::processingTag(QStringView content, QStringView type) const {
     const QString normalized = pre_processingTag(content, type);
-    const std::vector<TextSpan> tagSpans =
-        startEndLocDicInContent(normalized, u"<", {QStringLiteral(">")});
+    static const QStringList kTagClose = {QStringLiteral(">")};
+    const std::vector<TextSpan> tagSpans = startEndLocDicInContent(normalized, u"<", kTagClose);
     StrippedText stripped = textWithoutTags(normalized, tagSpans);
 
     std::vector<CaptionColor> palette;
@@ -223,7 +236,7 @@ ProcessedLine TagProcessor::processingTag(QStringView content, QStringView type)
 
     // Take the annotations out of the line; base positions shift left by
     // the annotation characters removed before them.
-    const std::vector<RubyPair> rubyPairs = rubyDicInContent(normalized).btmtoparray;
+    const std::vector<RubyPair> rubyPairs = rubyDicInContent(normalized, tagSpans).btmtoparray;
     struct PlacedAnnotation {
         qsizetype baseFirst;
         qsizetype baseLast;
@@ -262,13 +275,14 @@ ProcessedLine TagProcessor::processingTag(QStringView content, QStringView type)
         row.rowKey = rowKey;
         row.lastCharacterIndex = lineFeed < 0 ? line.size() - 1 : lineFeed;
         if (rowEnd > rowStart) {
-            builder.append(line, lineStyles, rowStart, rowEnd - rowStart, baseFontSize, row.outline,
-                           row.fill);
+            builder.build(line, lineStyles, rowStart, rowEnd - rowStart, baseFontSize, row.outline,
+                          row.fill);
         } else {
             const auto styleIndex = std::size_t(rowStart);
-            builder.appendWithStyleOf(u" ", lineStyles.colorIndex[styleIndex],
-                                      lineStyles.faceBits[styleIndex], baseFontSize, row.outline,
-                                      row.fill);
+            static const QString kBlankRow = QStringLiteral(" ");
+            builder.buildWithStyleOf(kBlankRow, lineStyles.colorIndex[styleIndex],
+                                     lineStyles.faceBits[styleIndex], baseFontSize, row.outline,
+                                     row.fill);
         }
         processed.rows.push_back(std::move(row));
         rowKey += 2;
@@ -299,8 +313,8 @@ ProcessedLine TagProcessor::processingTag(QStringView content, QStringView type)
             annotationText.replace(QLatin1Char('\n'), QLatin1Char(' '));
             CharacterStyles annotationStyles;
             annotationStyles.append(stripped.styles, pair.annotationFirst, annotationText.size());
-            builder.append(annotationText, annotationStyles, 0, annotationText.size(),
-                           annotationFontSize, annotation.outline, annotation.fill);
+            builder.build(annotationText, annotationStyles, 0, annotationText.size(),
+                          annotationFontSize, annotation.outline, annotation.fill);
             row.rubyAnnotations.push_back(std::move(annotation));
         }
     }
