@@ -187,6 +187,135 @@ void wrapLongSingleLine(QString &line, const TagProcessor::TextWidthMeasure &mea
     }
 }
 
+// The fill colour of each "<font color=...>" pair; returns the palette that
+// the styles' colour indices point into.
+std::vector<CaptionColor> applyFontColors(CharacterStyles &styles,
+                                          const std::vector<TextSpan> &tagSpans,
+                                          QStringView normalized, bool isDefaultColor) {
+    std::vector<CaptionColor> palette;
+    for (const TaggedRange &range :
+         arrayFromStartEndLocDic(tagSpans, u"<font", u"</font>", normalized)) {
+        const QStringView colorText = colorTextOfFontTag(range.openTag);
+        if (colorText.isEmpty()) {
+            continue;
+        }
+        palette.push_back(computeColor(colorText, isDefaultColor));
+        std::fill(styles.colorIndex.begin() + range.first,
+                  styles.colorIndex.begin() + range.last + 1, int(palette.size() - 1));
+    }
+    return palette;
+}
+
+void applyItalicAndBold(CharacterStyles &styles, const std::vector<TextSpan> &tagSpans,
+                        QStringView normalized) {
+    for (const auto &[openTag, closeTag, bit] :
+         {std::tuple{u"<i>", u"</i>", kItalicBit}, std::tuple{u"<b>", u"</b>", kBoldBit}}) {
+        for (const TaggedRange &range :
+             arrayFromStartEndLocDic(tagSpans, openTag, closeTag, normalized)) {
+            for (qsizetype i = range.first; i <= range.last; ++i) {
+                styles.faceBits[std::size_t(i)] |= bit;
+            }
+        }
+    }
+}
+
+// A ruby base in line positions, with its annotation in stripped positions.
+struct PlacedAnnotation {
+    qsizetype baseFirst = 0;
+    qsizetype baseLast = -1;
+    qsizetype annotationFirst = 0;
+    qsizetype annotationLength = 0;
+};
+
+struct CaptionLine {
+    QString text;
+    CharacterStyles styles;
+    std::vector<PlacedAnnotation> annotations;
+};
+
+// Takes the annotations out of the stripped text; base positions shift left
+// by the annotation characters removed before them.
+CaptionLine lineWithoutAnnotations(const StrippedText &stripped,
+                                   const std::vector<RubyPair> &rubyPairs) {
+    CaptionLine line;
+    line.text.reserve(stripped.text.size());
+    qsizetype copiedUpTo = 0;
+    for (const RubyPair &pair : rubyPairs) {
+        if (pair.annotationLast < pair.annotationFirst || pair.annotationFirst < copiedUpTo) {
+            continue;
+        }
+        const qsizetype removedBefore = copiedUpTo - line.text.size();
+        line.annotations.push_back({pair.baseFirst - removedBefore, pair.baseLast - removedBefore,
+                                    pair.annotationFirst,
+                                    pair.annotationLast - pair.annotationFirst + 1});
+        line.text.append(
+            QStringView(stripped.text).sliced(copiedUpTo, pair.annotationFirst - copiedUpTo));
+        line.styles.append(stripped.styles, copiedUpTo, pair.annotationFirst - copiedUpTo);
+        copiedUpTo = pair.annotationLast + 1;
+    }
+    line.text.append(QStringView(stripped.text).sliced(copiedUpTo));
+    line.styles.append(stripped.styles, copiedUpTo, stripped.text.size() - copiedUpTo);
+    return line;
+}
+
+// Rows 2, 4, 6, ... at each line feed; an empty row shows " ".
+std::vector<ProcessedRow> rowsOf(const CaptionLine &line, const RowStringBuilder &builder,
+                                 int fontSize) {
+    static const QString kBlankRow = QStringLiteral(" ");
+    std::vector<ProcessedRow> rows;
+    int rowKey = 2;
+    for (qsizetype rowStart = 0; rowStart < line.text.size();) {
+        const qsizetype lineFeed = line.text.indexOf(QLatin1Char('\n'), rowStart);
+        const qsizetype rowEnd = lineFeed < 0 ? line.text.size() : lineFeed;
+        ProcessedRow row;
+        row.rowKey = rowKey;
+        row.lastCharacterIndex = lineFeed < 0 ? line.text.size() - 1 : lineFeed;
+        if (rowEnd > rowStart) {
+            builder.build(line.text, line.styles, rowStart, rowEnd - rowStart, fontSize,
+                          row.outline, row.fill);
+        } else {
+            const auto styleIndex = std::size_t(rowStart);
+            builder.buildWithStyleOf(kBlankRow, line.styles.colorIndex[styleIndex],
+                                     line.styles.faceBits[styleIndex], fontSize, row.outline,
+                                     row.fill);
+        }
+        rows.push_back(std::move(row));
+        rowKey += 2;
+        rowStart = rowEnd + 1;
+    }
+    return rows;
+}
+
+// Gives each annotation to the row of its base's first character (an empty
+// base at the very end belongs to the last row), in columns of that row.
+void attachRubyAnnotations(std::vector<ProcessedRow> &rows, const CaptionLine &line,
+                           const StrippedText &stripped, const RowStringBuilder &builder,
+                           int annotationFontSize) {
+    if (rows.empty()) {
+        return;
+    }
+    for (const PlacedAnnotation &placed : line.annotations) {
+        const auto rowAfter = std::upper_bound(rows.begin(), rows.end(), placed.baseFirst,
+                                               [](qsizetype index, const ProcessedRow &row) {
+                                                   return index <= row.lastCharacterIndex;
+                                               });
+        const auto rowIndex =
+            rowAfter == rows.end() ? rows.size() - 1 : std::size_t(rowAfter - rows.begin());
+        ProcessedRow &row = rows[rowIndex];
+        const qsizetype rowStart = rowIndex == 0 ? 0 : rows[rowIndex - 1].lastCharacterIndex + 1;
+        RubyAnnotation annotation;
+        annotation.baseFirstColumn = placed.baseFirst - rowStart;
+        annotation.baseLastColumn = std::min(placed.baseLast, row.lastCharacterIndex) - rowStart;
+        QString annotationText = stripped.text.mid(placed.annotationFirst, placed.annotationLength);
+        annotationText.replace(QLatin1Char('\n'), QLatin1Char(' '));
+        CharacterStyles annotationStyles;
+        annotationStyles.append(stripped.styles, placed.annotationFirst, placed.annotationLength);
+        builder.build(annotationText, annotationStyles, 0, annotationText.size(),
+                      annotationFontSize, annotation.outline, annotation.fill);
+        row.rubyAnnotations.push_back(std::move(annotation));
+    }
+}
+
 }  // namespace
 
 TagProcessor::TagProcessor(CaptionStyle style)
@@ -212,112 +341,20 @@ ProcessedLine TagProcessor::processingTag(QStringView content, QStringView type)
     static const QStringList kTagClose = {QStringLiteral(">")};
     const std::vector<TextSpan> tagSpans = startEndLocDicInContent(normalized, u"<", kTagClose);
     StrippedText stripped = textWithoutTags(normalized, tagSpans);
+    const std::vector<CaptionColor> palette =
+        applyFontColors(stripped.styles, tagSpans, normalized, style_.isDefaultColor);
+    applyItalicAndBold(stripped.styles, tagSpans, normalized);
 
-    std::vector<CaptionColor> palette;
-    for (const TaggedRange &range :
-         arrayFromStartEndLocDic(tagSpans, u"<font", u"</font>", normalized)) {
-        const QStringView colorText = colorTextOfFontTag(range.openTag);
-        if (colorText.isEmpty()) {
-            continue;
-        }
-        palette.push_back(computeColor(colorText, style_.isDefaultColor));
-        std::fill(stripped.styles.colorIndex.begin() + range.first,
-                  stripped.styles.colorIndex.begin() + range.last + 1, int(palette.size() - 1));
-    }
-    for (const auto &[openTag, closeTag, bit] :
-         {std::tuple{u"<i>", u"</i>", kItalicBit}, std::tuple{u"<b>", u"</b>", kBoldBit}}) {
-        for (const TaggedRange &range :
-             arrayFromStartEndLocDic(tagSpans, openTag, closeTag, normalized)) {
-            for (qsizetype i = range.first; i <= range.last; ++i) {
-                stripped.styles.faceBits[std::size_t(i)] |= bit;
-            }
-        }
-    }
+    CaptionLine line =
+        lineWithoutAnnotations(stripped, rubyDicInContent(normalized, tagSpans).btmtoparray);
+    wrapLongSingleLine(line.text, measureTextWidth_);
 
-    // Take the annotations out of the line; base positions shift left by
-    // the annotation characters removed before them.
-    const std::vector<RubyPair> rubyPairs = rubyDicInContent(normalized, tagSpans).btmtoparray;
-    struct PlacedAnnotation {
-        qsizetype baseFirst;
-        qsizetype baseLast;
-        const RubyPair *pair;
-    };
-    std::vector<PlacedAnnotation> placedAnnotations;
-    QString line;
-    CharacterStyles lineStyles;
-    line.reserve(stripped.text.size());
-    qsizetype copiedUpTo = 0;
-    for (const RubyPair &pair : rubyPairs) {
-        if (pair.annotationLast < pair.annotationFirst || pair.annotationFirst < copiedUpTo) {
-            continue;
-        }
-        const qsizetype removedBefore = copiedUpTo - line.size();
-        placedAnnotations.push_back(
-            {pair.baseFirst - removedBefore, pair.baseLast - removedBefore, &pair});
-        line.append(
-            QStringView(stripped.text).sliced(copiedUpTo, pair.annotationFirst - copiedUpTo));
-        lineStyles.append(stripped.styles, copiedUpTo, pair.annotationFirst - copiedUpTo);
-        copiedUpTo = pair.annotationLast + 1;
-    }
-    line.append(QStringView(stripped.text).sliced(copiedUpTo));
-    lineStyles.append(stripped.styles, copiedUpTo, stripped.text.size() - copiedUpTo);
-
-    wrapLongSingleLine(line, measureTextWidth_);
-
-    const int baseFontSize = fontSize();
     const RowStringBuilder builder(style_, defaultColor(), palette);
+    const int baseFontSize = fontSize();
     ProcessedLine processed;
-    int rowKey = 2;
-    for (qsizetype rowStart = 0; rowStart < line.size();) {
-        qsizetype lineFeed = line.indexOf(QLatin1Char('\n'), rowStart);
-        const qsizetype rowEnd = lineFeed < 0 ? line.size() : lineFeed;
-        ProcessedRow row;
-        row.rowKey = rowKey;
-        row.lastCharacterIndex = lineFeed < 0 ? line.size() - 1 : lineFeed;
-        if (rowEnd > rowStart) {
-            builder.build(line, lineStyles, rowStart, rowEnd - rowStart, baseFontSize, row.outline,
-                          row.fill);
-        } else {
-            const auto styleIndex = std::size_t(rowStart);
-            static const QString kBlankRow = QStringLiteral(" ");
-            builder.buildWithStyleOf(kBlankRow, lineStyles.colorIndex[styleIndex],
-                                     lineStyles.faceBits[styleIndex], baseFontSize, row.outline,
-                                     row.fill);
-        }
-        processed.rows.push_back(std::move(row));
-        rowKey += 2;
-        rowStart = rowEnd + 1;
-    }
-
-    if (!processed.rows.empty()) {
-        const int annotationFontSize = truncatedFontSize(baseFontSize / kRubyFontDivisor);
-        for (const PlacedAnnotation &placed : placedAnnotations) {
-            const auto rowAfter =
-                std::upper_bound(processed.rows.begin(), processed.rows.end(), placed.baseFirst,
-                                 [](qsizetype index, const ProcessedRow &row) {
-                                     return index <= row.lastCharacterIndex;
-                                 });
-            // Rows are found by their last character; an empty base at the
-            // very end belongs to the last row.
-            ProcessedRow &row =
-                rowAfter == processed.rows.end() ? processed.rows.back() : *rowAfter;
-            const qsizetype rowStart =
-                &row == &processed.rows.front() ? 0 : (&row - 1)->lastCharacterIndex + 1;
-            RubyAnnotation annotation;
-            annotation.baseFirstColumn = placed.baseFirst - rowStart;
-            annotation.baseLastColumn =
-                std::min(placed.baseLast, row.lastCharacterIndex) - rowStart;
-            const RubyPair &pair = *placed.pair;
-            QString annotationText = stripped.text.mid(
-                pair.annotationFirst, pair.annotationLast - pair.annotationFirst + 1);
-            annotationText.replace(QLatin1Char('\n'), QLatin1Char(' '));
-            CharacterStyles annotationStyles;
-            annotationStyles.append(stripped.styles, pair.annotationFirst, annotationText.size());
-            builder.build(annotationText, annotationStyles, 0, annotationText.size(),
-                          annotationFontSize, annotation.outline, annotation.fill);
-            row.rubyAnnotations.push_back(std::move(annotation));
-        }
-    }
+    processed.rows = rowsOf(line, builder, baseFontSize);
+    attachRubyAnnotations(processed.rows, line, stripped, builder,
+                          truncatedFontSize(baseFontSize / kRubyFontDivisor));
     return processed;
 }
 
