@@ -2,7 +2,9 @@
 #include <QStringDecoder>
 #include <QTextStream>
 #include <QVariantList>
+#include <algorithm>
 #include <functional>
+#include <optional>
 
 #include "probe_commands.h"
 #include "subtitles/markup_spans.h"
