@@ -73,6 +73,15 @@ TEST(Robustness, MillionsOfTagsAndDeepNesting) {
     EXPECT_EQ(nested.rows[0].fill.attributesAt(0).fillColor.hexName(), "#FF0000");
 }
 
+TEST(Robustness, ManyReplacementsAndRows) {
+    const TagProcessor processor = test::fixedWidthProcessor();
+    const ProcessedLine rows = processor.processingTag(repeated(u"&NBSP;x<BR />", 100'000), u"smi");
+    ASSERT_EQ(rows.rows.size(), 100'000u);
+    EXPECT_EQ(rows.rows.back().fill.text(), " x");
+    EXPECT_EQ(rows.rows.back().rowKey, 200'000);
+    EXPECT_EQ(pre_processingTag(repeated(u"&#65;", 1'000'000), u"srt"), repeated(u"A", 1'000'000));
+}
+
 TEST(Robustness, CharacterReferencesOutsideUnicodeBecomeReplacementCharacters) {
     const QString replacement(QChar(0xFFFD));
     EXPECT_EQ(pre_processingTag(u"&#1114112;&#55296;&#57343;&#0;&#99999999999999999999;", u"smi"),
