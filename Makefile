@@ -5,6 +5,7 @@
 #   make test                     build and run every test
 #   make test SANITIZE=address,undefined   (or SANITIZE=thread) in its own build tree
 #   make bench                    run the benchmarks
+#   make fuzz [FUZZ_SECONDS=600]  build the caption fuzz targets with clang and run each
 
 SANITIZE ?=
 BUILD_TYPE ?= RelWithDebInfo
@@ -12,7 +13,7 @@ comma := ,
 BUILD_DIR ?= build$(if $(SANITIZE),-$(subst $(comma),-,$(SANITIZE)))
 JOBS ?= $(shell nproc)
 
-.PHONY: all deps configure build test run bench format clean
+.PHONY: all deps configure build test run bench fuzz format clean
 
 all: build
 
@@ -34,6 +35,17 @@ run: build
 
 bench: build
 	@scripts/run-benchmarks $(BUILD_DIR)
+
+FUZZ_SECONDS ?= 60
+FUZZ_DIR ?= build-fuzz
+fuzz:
+	@scripts/install-deps --fuzz
+	@test -f $(FUZZ_DIR)/CMakeCache.txt || CC=clang CXX=clang++ cmake -S . -B $(FUZZ_DIR) -G Ninja \
+	    -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTOLVANE_BUILD_FUZZ=ON -DTOLVANE_WERROR=OFF \
+	    -DTOLVANE_BUILD_TESTS=OFF -DTOLVANE_BUILD_BENCH=OFF \
+	    -DTOLVANE_SANITIZE=address,undefined,fuzzer-no-link
+	@cmake --build $(FUZZ_DIR) -j $(JOBS) --target fuzz_sami_parser fuzz_srt_parser fuzz_processing_tag
+	@scripts/run-fuzzers $(FUZZ_DIR) $(FUZZ_SECONDS)
 
 format:
 	@git ls-files '*.cpp' '*.h' | xargs clang-format -i

@@ -1,7 +1,7 @@
 // tolvane-probe: runs the engine and the subtitle code without a window and
 // prints what they produce as JSON, for diagnosis and for checks from outside.
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QJsonDocument>
 #include <QTextStream>
 #include <cstdio>
@@ -39,6 +39,8 @@ const std::map<QString, Subcommand> &subcommands() {
         {QStringLiteral("series"), {tolvane::probe::runSeriesCommand, "series FILE_A FILE_B"}},
         {QStringLiteral("playlist"),
          {tolvane::probe::runPlaylistCommand, "playlist [--where DIR] PATH..."}},
+        {QStringLiteral("parse"),
+         {tolvane::probe::runParseCommand, "parse FILE [--type smi|srt] [--encoding NAME]"}},
     };
     return table;
 }
@@ -55,7 +57,12 @@ int printUsage() {
 }  // namespace
 
 int main(int argc, char **argv) {
-    QCoreApplication application(argc, argv);
+    // A QGuiApplication for measuring caption text with the system font; the
+    // probe never shows a window, so it needs no display.
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    QGuiApplication application(argc, argv);
     tolvane::installLocalizedStrings();
     QStringList arguments = QCoreApplication::arguments().mid(1);
     if (arguments.isEmpty()) {

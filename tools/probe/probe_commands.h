@@ -11,6 +11,7 @@ int runPlayCommand(const QStringList &arguments);
 int runFramesCommand(const QStringList &arguments);
 int runSeriesCommand(const QStringList &arguments);
 int runPlaylistCommand(const QStringList &arguments);
+int runParseCommand(const QStringList &arguments);
 
 // Prints `document` as one line of JSON.
 void printJson(const QVariant &document);

@@ -1,0 +1,47 @@
+#pragma once
+
+// Text primitives shared by the mark-up processor and the two parsers: the
+// integer read of caption files, ASCII case folding for the case-insensitive
+// searches, and a finder whose forward-only searches cost linear time overall.
+// Thread-safety: free functions are reentrant; a ForwardFinder is used by one
+// thread at a time.
+
+#include <QString>
+#include <QStringView>
+#include <cstdint>
+
+namespace tolvane::subtitles {
+
+// Skips leading white space, takes an optional sign and the digits, stops at
+// the first other character; no digits read as 0. Saturates at the limits of
+// a signed 32-bit integer instead of overflowing.
+std::int32_t integerValueSaturating(QStringView text);
+
+// Lower-cases A-Z only, so positions in the result match the input exactly.
+// Every marker the parsers look for is ASCII.
+QString asciiLowered(QStringView text);
+
+bool isNewlineCharacter(QChar character);
+// Trims the newline set (line feed, carriage return, vertical tab, form feed,
+// U+0085, U+2028, U+2029) from both ends; spaces stay.
+QStringView trimmedOfNewlines(QStringView text);
+
+// Searches one needle in one haystack. Queries whose start positions never
+// decrease reuse the previous answer when it still lies ahead, so a whole scan
+// costs one pass over the haystack however often it asks.
+class ForwardFinder {
+  public:
+    ForwardFinder(QStringView haystack, QStringView needle)
+        : haystack_(haystack), needle_(needle) {}
+
+    // Position of the first occurrence at or after `from`, or -1.
+    qsizetype next(qsizetype from);
+
+  private:
+    QStringView haystack_;
+    QStringView needle_;
+    qsizetype queriedFrom_ = -1;
+    qsizetype found_ = -1;
+};
+
+}  // namespace tolvane::subtitles

@@ -1,0 +1,164 @@
+// Hostile and oversized caption input, generated here rather than committed.
+// Each case must finish (linear time, no recursion) and keep its documented
+// result; a quadratic scan or a crash shows up as a test time-out or failure.
+
+#include <gtest/gtest.h>
+
+#include <QRandomGenerator>
+
+#include "processed_line_text.h"
+#include "subtitles/markup_normalizer.h"
+#include "subtitles/sami_parser.h"
+#include "subtitles/srt_parser.h"
+#include "support/qt_printers.h"
+
+namespace tolvane::subtitles {
+namespace {
+
+using test::rowTexts;
+
+constexpr qsizetype kTenMegabytes = 10 * 1024 * 1024;
+
+QString repeated(QStringView piece, qsizetype times) {
+    return piece.toString().repeated(times);
+}
+
+TEST(Robustness, TenMegabyteSingleLineWithTheSystemFont) {
+    const TagProcessor processor{CaptionStyle{}};
+    const QString line = repeated(u"word ", kTenMegabytes / 5);
+    const ProcessedLine processed = processor.processingTag(line, u"srt");
+    ASSERT_GT(processed.rows.size(), 1000u);  // wrapped at spaces
+    qsizetype characters = 0;
+    for (const ProcessedRow &row : processed.rows) {
+        characters += row.fill.text().size() + 1;
+    }
+    EXPECT_EQ(characters - 1, line.size());  // a line feed between rows, none after the last
+
+    const QString sami = "<sync start=1><p class=A>" + line;
+    const auto classes =
+        parsingSmiFileToLocalTimeContent(sami, u"smi", test::fixedWidthProcessor());
+    ASSERT_EQ(classes.size(), 1u);
+    EXPECT_GT(classes.at("A").value("1").rows.size(), 1000u);
+}
+
+TEST(Robustness, MillionsOfTagsAndDeepNesting) {
+    const TagProcessor processor = test::fixedWidthProcessor();
+    struct TagCase {
+        const char *name;
+        QString content;
+        QString expectedFirstRow;
+    };
+    const TagCase cases[] = {
+        {"TwoMillionItalicOpenings", repeated(u"<i>", 2'000'000) + "x", "x"},
+        {"MillionItalicPairs", repeated(u"<i>a</i>", 1'000'000), repeated(u"a", 1'000'000)},
+        {"NestedFonts",
+         repeated(u"<font color=red>", 100'000) + "x" + repeated(u"</font>", 100'000), "x"},
+        {"StrayClosings", repeated(u"</i></b></font></rt></ruby>", 200'000) + "y", "y"},
+        {"UnclosedOpenings", repeated(u"<ruby><rt><b><font color=red>", 100'000) + "w", "w"},
+        {"UnclosedBrackets", repeated(u"<", 1'000'000) + "z", repeated(u"<", 1'000'000) + "z"},
+        {"UnclosedComments", repeated(u"<!--{", 500'000), ""},
+    };
+    for (const TagCase &tagCase : cases) {
+        const ProcessedLine line = processor.processingTag(tagCase.content, u"smi");
+        const QStringList rows = rowTexts(line);
+        if (tagCase.expectedFirstRow.isEmpty()) {
+            EXPECT_LE(rows.size(), 1) << tagCase.name;
+        } else {
+            ASSERT_FALSE(rows.isEmpty()) << tagCase.name;
+            EXPECT_EQ(rows.first(), tagCase.expectedFirstRow) << tagCase.name;
+        }
+    }
+    const ProcessedLine nested = processor.processingTag(
+        repeated(u"<font color=red>", 100'000) + "x" + repeated(u"</font>", 100'000), u"smi");
+    EXPECT_EQ(nested.rows[0].fill.attributesAt(0).fillColor.hexName(), "#FF0000");
+}
+
+TEST(Robustness, ManyReplacementsAndRows) {
+    const TagProcessor processor = test::fixedWidthProcessor();
+    const ProcessedLine rows = processor.processingTag(repeated(u"&NBSP;x<BR />", 100'000), u"smi");
+    ASSERT_EQ(rows.rows.size(), 100'000u);
+    EXPECT_EQ(rows.rows.back().fill.text(), " x");
+    EXPECT_EQ(rows.rows.back().rowKey, 200'000);
+    EXPECT_EQ(pre_processingTag(repeated(u"&#65;", 1'000'000), u"srt"), repeated(u"A", 1'000'000));
+}
+
+TEST(Robustness, CharacterReferencesOutsideUnicodeBecomeReplacementCharacters) {
+    const QString replacement(QChar(0xFFFD));
+    EXPECT_EQ(pre_processingTag(u"&#1114112;&#55296;&#57343;&#0;&#99999999999999999999;", u"smi"),
+              replacement.repeated(5));
+    EXPECT_EQ(pre_processingTag(repeated(u"&#", 1'000'000), u"smi"), repeated(u"&#", 1'000'000));
+}
+
+TEST(Robustness, OversizedAndNegativeTimes) {
+    const TagProcessor processor = test::fixedWidthProcessor();
+    const auto srt = parsingSrtFileToTimeContent(
+        u"1\n4294967296:00:00,000 --> 99999999999999999999:00:00,000\nhuge\n\n"
+        "2\n-1:00:00,000 --> -00:00:00,-20\nnegative\n",
+        u"srt", processor);
+    ASSERT_TRUE(srt.has_value());
+    EXPECT_EQ(rowTexts(srt->topdic.value("2147483647")), QStringList{});  // the end wins
+    EXPECT_EQ(rowTexts(srt->topdic.value("-3600000")), QStringList{"negative"});
+    EXPECT_TRUE(srt->topdic.contains("-20"));
+
+    const auto sami = parsingSmiFileToLocalTimeContent(
+        u"<sync start=12345678901234567890><p class=A>a<sync start=-5><p class=A>b", u"smi",
+        processor);
+    EXPECT_EQ(sami.at("A").size(), 3);
+    EXPECT_TRUE(sami.at("A").contains("12345678901234567890"));
+    EXPECT_TRUE(sami.at("A").contains("-5"));
+
+    const auto lastCue = parsingSrtFileToTimeContent(
+        u"99999999999999999999\n00:00:01,000 --> 00:00:02,000\nx", u"srt", processor);
+    ASSERT_TRUE(lastCue.has_value());
+    EXPECT_EQ(lastCue->lastcuenumber, "2147483647");
+}
+
+TEST(Robustness, ManySyncsWithoutParagraphsBeforeOneClassedParagraph) {
+    // Every bare sync asks for the next classed paragraph, which lies at the
+    // very end: a re-scan per sync would be quadratic.
+    QString text;
+    for (int i = 0; i < 200'000; ++i) {
+        text += QStringLiteral("<sync start=%1>&nbsp;").arg(i);
+    }
+    text += QStringLiteral("<p class=LAST>end");
+    const auto classes =
+        parsingSmiFileToLocalTimeContent(text, u"smi", test::fixedWidthProcessor());
+    ASSERT_EQ(classes.size(), 1u);
+    EXPECT_EQ(classes.at("LAST").size(), 200'001);
+}
+
+TEST(Robustness, LongSrtLinesAndManyTimeLines) {
+    const TagProcessor processor = test::fixedWidthProcessor();
+    const QString oneLine = "1\n" + repeated(u"0:0:0,1 --> ", kTenMegabytes / 12);
+    EXPECT_TRUE(parsingSrtFileToTimeContent(oneLine, u"srt", processor).has_value());
+    const QString manyTimeLines = "1\n" + repeated(u"00:00:01,000 --> 00:00:02,000\n", 300'000);
+    const auto result = parsingSrtFileToTimeContent(manyTimeLines, u"srt", processor);
+    ASSERT_TRUE(result.has_value());
+    EXPECT_EQ(result->topdic.size(), 3);
+}
+
+TEST(Robustness, EmptyAndBinaryInput) {
+    const TagProcessor processor = test::fixedWidthProcessor();
+    EXPECT_TRUE(parsingSmiFileToLocalTimeContent(u"", u"smi", processor).empty());
+    EXPECT_FALSE(parsingSrtFileToTimeContent(u"", u"srt", processor).has_value());
+    EXPECT_TRUE(processor.processingTag(u"", u"smi").rows.empty());
+
+    QRandomGenerator random(20261121);
+    for (int round = 0; round < 20; ++round) {
+        QByteArray bytes(64 * 1024, Qt::Uninitialized);
+        random.fillRange(reinterpret_cast<quint32 *>(bytes.data()), bytes.size() / 4);
+        // Sprinkle markers so the parsers get past their first searches.
+        bytes.replace(100, 40, "<sync start=1><p class=A>00:00:01,0 -->");
+        for (const QString &text :
+             {QString::fromLatin1(bytes), QString::fromUtf8(bytes),
+              QString::fromUtf16(reinterpret_cast<const char16_t *>(bytes.constData()),
+                                 bytes.size() / 2)}) {
+            parsingSmiFileToLocalTimeContent(text, u"smi", processor);
+            parsingSrtFileToTimeContent(text, u"srt", processor);
+            processor.processingTag(text, u"srt");
+        }
+    }
+}
+
+}  // namespace
+}  // namespace tolvane::subtitles

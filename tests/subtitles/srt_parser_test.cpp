@@ -1,0 +1,92 @@
+#include "subtitles/srt_parser.h"
+
+#include <gtest/gtest.h>
+
+#include "processed_line_text.h"
+#include "subtitles/markup_spans.h"
+#include "support/qt_printers.h"
+
+namespace tolvane::subtitles {
+
+void PrintTo(const TimeLineMsec &times, std::ostream *out) {
+    *out << '[' << times.start << ", " << times.end << ']';
+}
+
+namespace {
+
+using test::rowTexts;
+
+QStringList describe(const std::optional<SrtParsingResult> &result) {
+    if (!result) {
+        return {"none"};
+    }
+    QStringList described = {"last=" + result->lastcuenumber};
+    for (const QString &key : sortedArrayWithDescriptorKey(u"intValue", result->topdic.keys())) {
+        described.append(key + "=" + rowTexts(result->topdic.value(key)).join('|'));
+    }
+    return described;
+}
+
+struct SrtCase {
+    const char *name;
+    QString text;
+    QStringList expected;
+};
+
+class SrtParsing : public ::testing::TestWithParam<SrtCase> {};
+
+TEST_P(SrtParsing, GivesTimedLines) {
+    const TagProcessor processor = test::fixedWidthProcessor();
+    EXPECT_EQ(describe(parsingSrtFileToTimeContent(GetParam().text, u"srt", processor)),
+              GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, SrtParsing,
+    ::testing::Values(
+        SrtCase{
+            "SevenLines",
+            "1\n00:00:01,000 --> 00:00:02,500\nHello\n\n2\n00:00:03,000 --> 00:00:04,000\nWorld\n",
+            {"last=2", "-900000000= ", "1000=Hello", "2500=", "3000=World", "4000="}},
+        SrtCase{"StartEqualToPreviousEnd",
+                "1\n00:00:01,000 --> 00:00:02,000\nA\n\n2\n00:00:02,000 --> 00:00:03,000\nB",
+                {"last=2", "-900000000= ", "1000=A", "2000=B", "3000="}},
+        SrtCase{"MissingEndDropsTheCue",
+                "1\n00:00:01,000 --> 00:00:02\nA\n\n2\n00:00:05,000 --> 00:00:06,000\nB\n",
+                {"last=2", "-900000000= ", "5000=B", "6000="}},
+        SrtCase{"LostLastLineWithoutBlank",
+                "1\n00:00:01,000 --> 00:00:02,000\nA\nB\n2\n00:00:03,000 --> 00:00:04,000\nC\n",
+                {"last=2", "-900000000= ", "1000=A", "2000=", "3000=C", "4000="}},
+        SrtCase{"InnerCrLfKept",
+                "1\r\n00:00:01,000 --> 00:00:02,000\r\nA\r\nB\r\n\r\n",
+                {"last=1", "-900000000= ", "1000=A|B", "2000="}},
+        SrtCase{"ExtraBlankLinesTrimmed",
+                "7\n00:00:01,000 --> 00:00:02,000\nA\n\n\n\n8\n00:00:03,000 --> 00:00:04,000\nB",
+                {"last=8", "-900000000= ", "1000=A", "2000=", "3000=B", "4000="}},
+        SrtCase{"NotANumberBeforeTheLastTimeLine",
+                "x\n00:00:01,000 --> 00:00:02,000\nA",
+                {"last=0", "-900000000= ", "1000=A", "2000="}},
+        SrtCase{"OnlyTimeLineFirst", "00:00:01,000 --> 00:00:02,000\nA\n", {"none"}},
+        SrtCase{"MarkersNeverTogether", "1\n00:00:01\n-->\n,", {"none"}},
+        SrtCase{"Empty", "", {"none"}}),
+    [](const auto &testCase) { return std::string(testCase.param.name); });
+
+TEST(MsecFromTimeLine, ReadsTheWrittenForms) {
+    const std::pair<const char *, TimeLineMsec> cases[] = {
+        {"00:00:01,000 --> 00:00:02,500", {1000, 2500}},
+        {"01:02:03,4 --> 01:02:04,40", {3723004, 3724040}},
+        {"  00:01:02,500 --> 00:01:04,000 X1:100 X2:200 \r\n", {62500, 64000}},
+        {"00:00:01,000 --> 00:00:02", {1000, -1}},
+        {"00:00:01.500 --> 00:00:02.000", {-1, -1}},
+        {"00:00:-01,000 --> 00:00:00,-5", {-1000, -5}},
+        {"4294967296:00:00,000 --> 00:00:00,000", {2147483647, 0}},
+        {"-4294967296:00:00,000 --> 99999999999999999999:0:0,0", {-2147483647 - 1, 2147483647}},
+        {"no time", {-1, -1}},
+    };
+    for (const auto &[line, expected] : cases) {
+        EXPECT_EQ(msecFromTimeLine(QString::fromLatin1(line)), expected) << line;
+    }
+}
+
+}  // namespace
+}  // namespace tolvane::subtitles

@@ -1,0 +1,175 @@
+#include "subtitles/tag_processor.h"
+
+#include <gtest/gtest.h>
+
+#include "processed_line_text.h"
+#include "subtitles/caption_colors.h"
+#include "support/qt_printers.h"
+
+namespace tolvane::subtitles {
+namespace {
+
+using test::fixedWidthProcessor;
+using test::rowTexts;
+
+struct RowsCase {
+    const char *name;
+    QString type;
+    QString content;
+    QStringList rows;
+};
+
+class ProcessingTagRows : public ::testing::TestWithParam<RowsCase> {};
+
+TEST_P(ProcessingTagRows, SplitsTheTextIntoRows) {
+    EXPECT_EQ(rowTexts(fixedWidthProcessor().processingTag(GetParam().content, GetParam().type)),
+              GetParam().rows);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, ProcessingTagRows,
+    ::testing::Values(
+        RowsCase{"SmiBr", "smi", "Hello<br>World", {"Hello", "World"}},
+        RowsCase{"SmiRawLineEndRunsTogether", "smi", "Hello\r\nWorld", {"HelloWorld"}},
+        RowsCase{"SrtRawLineEnd", "srt", "Hello\r\nWorld", {"Hello", "World"}},
+        RowsCase{"Blank", "srt", " ", {" "}}, RowsCase{"Empty", "srt", "", {}},
+        RowsCase{"EmptyRowBecomesBlank", "srt", "a\n\nb\n", {"a", " ", "b"}},
+        RowsCase{"TagsRemoved", "smi", "<font color=red>a</font> <i>b</i><p>c", {"a bc"}},
+        RowsCase{"CornerBrackets", "smi", "<3>", {"「3」"}},
+        RowsCase{"RubyTakenOut", "smi", "<ruby>漢<rt>かん</rt></ruby>字", {"漢字"}}),
+    [](const auto &testCase) { return std::string(testCase.param.name); });
+
+TEST(ProcessingTag, RowKeysAndLastCharacterIndices) {
+    const ProcessedLine line = fixedWidthProcessor().processingTag(u"ab<br><br>cde", u"smi");
+    ASSERT_EQ(line.rows.size(), 3u);
+    EXPECT_EQ(line.rows[0].rowKey, 2);
+    EXPECT_EQ(line.rows[0].lastCharacterIndex, 2);
+    EXPECT_EQ(line.rows[1].rowKey, 4);
+    EXPECT_EQ(line.rows[1].lastCharacterIndex, 3);
+    EXPECT_EQ(line.rows[2].rowKey, 6);
+    EXPECT_EQ(line.rows[2].lastCharacterIndex, 6);
+}
+
+TEST(ProcessingTag, ColoursOnlyTheFillString) {
+    const ProcessedLine line =
+        fixedWidthProcessor().processingTag(u"a<font color=\"Red\">bc</font>d", u"smi");
+    ASSERT_EQ(line.rows.size(), 1u);
+    const ProcessedRow &row = line.rows[0];
+    EXPECT_EQ(row.fill.attributesAt(0).fillColor.hexName(), "#FFFFFF");
+    EXPECT_EQ(row.fill.attributesAt(1).fillColor.hexName(), "#FF0000");
+    EXPECT_EQ(row.fill.attributesAt(1).strokeColor.hexName(), "#FF0000");
+    EXPECT_EQ(row.fill.attributesAt(2).fillColor.hexName(), "#FF0000");
+    EXPECT_EQ(row.fill.attributesAt(3).fillColor.hexName(), "#FFFFFF");
+    EXPECT_EQ(row.fill.runs().size(), 3u);
+    EXPECT_EQ(row.outline.runs().size(), 1u);
+    EXPECT_EQ(row.outline.attributesAt(1).fillColor.hexName(), "#000000");
+}
+
+TEST(ProcessingTag, ItalicAndBoldFacesWithTheirMarkers) {
+    const ProcessedLine line = fixedWidthProcessor().processingTag(u"<i>a<b>b</i>c</b>d", u"smi");
+    ASSERT_EQ(line.rows.size(), 1u);
+    const QStringList expectedMarkers = {"i", "ib", "b", ""};
+    for (qsizetype i = 0; i < 4; ++i) {
+        for (const StyledString *string : {&line.rows[0].fill, &line.rows[0].outline}) {
+            const CaptionTextAttributes &attributes = string->attributesAt(i);
+            EXPECT_EQ(attributes.marker, expectedMarkers[i]) << i;
+            EXPECT_EQ(attributes.italic, expectedMarkers[i].contains('i')) << i;
+            EXPECT_EQ(attributes.bold, expectedMarkers[i].contains('b')) << i;
+        }
+    }
+}
+
+TEST(ProcessingTag, FontSizeAndStrokeWidthsFollowTheStyle) {
+    struct StyleCase {
+        float sizePF;
+        double width;
+        double height;
+        bool boldPF;
+        int fontSize;
+        double outlineStroke;
+        double fillStroke;
+    };
+    const StyleCase cases[] = {
+        {0.05f, 960.0, 540.0, false, 48, -5.0, 0.0},
+        {0.05f, 640.0, 480.0, true, 33, -7.0, -2.0},  // 4:3 gets 1.05: 33.6 truncated
+        {0.0f, 960.0, 540.0, false, 0, -5.0, 0.0},
+    };
+    for (const StyleCase &styleCase : cases) {
+        CaptionStyle style;
+        style.fnamePF = QStringLiteral("Noto Sans CJK KR");
+        style.sizePF = styleCase.sizePF;
+        style.viewWidth = styleCase.width;
+        style.viewHeight = styleCase.height;
+        style.boldPF = styleCase.boldPF;
+        const ProcessedLine line = fixedWidthProcessor(6.0, style).processingTag(u"x", u"srt");
+        ASSERT_EQ(line.rows.size(), 1u);
+        const CaptionTextAttributes &fill = line.rows[0].fill.attributesAt(0);
+        EXPECT_EQ(fill.fontSize, styleCase.fontSize);
+        EXPECT_EQ(fill.fontFamily, style.fnamePF);
+        EXPECT_EQ(line.rows[0].outline.attributesAt(0).strokeWidth, styleCase.outlineStroke);
+        EXPECT_EQ(fill.strokeWidth, styleCase.fillStroke);
+    }
+}
+
+TEST(ProcessingTag, PaleYellowWhenNotDefaultColour) {
+    CaptionStyle style;
+    style.isDefaultColor = false;
+    const ProcessedLine line =
+        fixedWidthProcessor(6.0, style).processingTag(u"a<font color=#fff>b</font>", u"smi");
+    EXPECT_EQ(line.rows[0].fill.attributesAt(0).fillColor.hexName(), "#F1E581");
+    EXPECT_EQ(line.rows[0].fill.attributesAt(1).fillColor.hexName(), "#F1E581");
+}
+
+TEST(ProcessingTag, RubyAnnotationsSitUnderTheOddKeyOfTheirRow) {
+    CaptionStyle style;
+    style.sizePF = 0.05f;  // 48 px, annotations at 21 px
+    const ProcessedLine line =
+        fixedWidthProcessor(6.0, style)
+            .processingTag(u"top<br>x<ruby>漢字<rt>かん<br>じ</rt></ruby>y<ruby>A<rt>a</rt></ruby>",
+                           u"smi");
+    EXPECT_EQ(rowTexts(line), QStringList({"top", "x漢字yA"}));
+    ASSERT_EQ(line.rows.size(), 2u);
+    EXPECT_TRUE(line.rows[0].rubyAnnotations.empty());
+    const auto &annotations = line.rows[1].rubyAnnotations;
+    ASSERT_EQ(annotations.size(), 2u);
+    EXPECT_EQ(annotations[0].baseFirstColumn, 1);
+    EXPECT_EQ(annotations[0].baseLastColumn, 2);
+    EXPECT_EQ(annotations[0].fill.text(), "かん じ");
+    EXPECT_EQ(annotations[0].fill.attributesAt(0).fontSize, 21);
+    EXPECT_EQ(annotations[0].outline.text(), "かん じ");
+    EXPECT_EQ(annotations[1].baseFirstColumn, 4);
+    EXPECT_EQ(annotations[1].baseLastColumn, 4);
+    EXPECT_EQ(annotations[1].fill.text(), "a");
+}
+
+TEST(ProcessingTag, WrapsALongSingleLineIntoEvenRows) {
+    // 80 characters; at 6 px each the line measures 480 px, narrow characters.
+    const QString words = QStringLiteral(
+        "The quick brown fox jumps over the lazy dog while seven wizards quietly watch on");
+    ASSERT_EQ(words.size(), 80);
+    const QStringList narrow = rowTexts(fixedWidthProcessor(6.0).processingTag(words, u"srt"));
+    ASSERT_EQ(narrow.size(), 3);  // 36 per line: 3 lines of about 26
+    for (const QString &row : narrow) {
+        EXPECT_LE(row.size(), 36) << row.toStdString();
+    }
+    EXPECT_EQ(narrow.join(' '), words);
+    // At 8 px each the average is wide: 26 per line.
+    const QStringList wide = rowTexts(fixedWidthProcessor(8.0).processingTag(words, u"srt"));
+    EXPECT_EQ(wide.size(), 4);
+    EXPECT_EQ(wide.join(' '), words);
+    // Under 410 px, with a line break already, or without spaces: untouched.
+    EXPECT_EQ(rowTexts(fixedWidthProcessor(5.0).processingTag(words, u"srt")).size(), 1);
+    EXPECT_EQ(rowTexts(fixedWidthProcessor(8.0).processingTag(words + "\nx", u"srt")).size(), 2);
+    EXPECT_EQ(rowTexts(fixedWidthProcessor(8.0).processingTag(QString(80, 'x'), u"srt")).size(), 1);
+}
+
+TEST(ProcessingTag, WrapsWithTheSystemFontAtThirteenPixels) {
+    const TagProcessor processor{CaptionStyle{}};
+    const QString longLine = QStringLiteral(
+        "The quick brown fox jumps over the lazy dog while seven wizards quietly watch on");
+    EXPECT_GE(rowTexts(processor.processingTag(longLine, u"srt")).size(), 2);
+    EXPECT_EQ(rowTexts(processor.processingTag(u"A short line of text", u"srt")).size(), 1);
+}
+
+}  // namespace
+}  // namespace tolvane::subtitles
