@@ -22,6 +22,7 @@ void MyCAOpenGLLayer::cleanBeforeOpenFile() {
         stopPacketThread();
         isInterlacedValue = false;
         destroyOutputUnit();
+        setAsynchronous(false);
 
         isSkippingValue = false;
         resetAudioDecodingStateForNewTrack();
@@ -109,9 +110,11 @@ void MyCAOpenGLLayer::setRate(double newRate) {
     if (newRate == 1.0) {
         rateValue = 1.0;
         startOutputUnit();
+        setAsynchronous(true);
     } else if (newRate == 0.0) {
         rateValue = 0.0;
         stopOutputUnit();
+        setAsynchronous(false);
     }
 }
 

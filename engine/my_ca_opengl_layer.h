@@ -12,6 +12,7 @@
 #include "engine/bitmap_data.h"
 #include "engine/cursor_queue.h"
 #include "engine/ffmpeg_handles.h"
+#include "engine/picture_layout.h"
 #include "engine/sample_pool.h"
 #include "engine/sdl_audio_device.h"
 #include "engine/tracks.h"
@@ -253,6 +254,25 @@ public:
     // Test seam until the seek sets the flag itself.
     void setIsSeekingVideoForTesting(bool value) { isSeekingVideo = value; }
 
+    // --- Presentation: asked by the video view on the main thread
+    // Whether the view asks the decision at every display refresh: on while
+    // playing or while a seek preview waits to be drawn, off when paused.
+    bool isAsynchronous() const { return isAsynchronousValue.load(); }
+    void setAsynchronous(bool asynchronous) { isAsynchronousValue = asynchronous; }
+    // The view changed size (countAfterChangeScreen 0) or moved to another
+    // screen (the number of decisions that rebuild the drawing state).
+    void setIsResized(bool resized);
+    void setCountAfterChangeScreen(int count);
+    // The per-refresh decision: true when the current picture should be
+    // drawn now. Takes the picture that is due from the bitmap list.
+    bool canDrawInCGLContext();
+    // Whether the last decision found that no audio has played yet, so the
+    // view shows black instead of a picture.
+    bool shouldClearBeforeDrawing() const { return clearBeforeDrawing.load(); }
+    // Calls `draw` with the current picture under bitmapDataQueueMutex; not
+    // at all when there is none.
+    void drawInCGLContext(const std::function<void(const PictureView &picture)> &draw) const;
+
 private:
     void addPacketOnThreadOnlyOne(const std::function<bool()> &isCancelled);
     void showAlert(const QString &message, const QString &informativeText);
@@ -356,6 +376,8 @@ private:
     float frameWidth = 0.0f;                      // guarded by bitmapDataQueueMutex
     float frameHeight = 0.0f;                     // guarded by bitmapDataQueueMutex
 
+    std::atomic<bool> isAsynchronousValue{false};
+    std::atomic<bool> clearBeforeDrawing{true};
     AlertPresenter *alertPresenter = nullptr;
     RecordingAlertPresenter fallbackAlerts;
 

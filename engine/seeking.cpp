@@ -168,6 +168,7 @@ void MyCAOpenGLLayer::displayJustOneVideoFrame(double targetSec) {
     for (;;) {
         PacketPtr packet = makePacket();
         if (av_read_frame(pFormatCtx.get(), packet.get()) < 0) {
+            setAsynchronous(true);
             return;
         }
         if (packet->stream_index == audioStreamIdx) {
@@ -198,6 +199,7 @@ void MyCAOpenGLLayer::displayJustOneVideoFrame(double targetSec) {
             }
             removeVideoPacket();
             hasPictureOnScreen = true;
+            setAsynchronous(true);
             return;
         }
         if (++fruitlessDecodes >= kFruitlessPreviewDecodesAllowed) {

@@ -8,7 +8,7 @@
 #include <memory>
 #include <optional>
 
-#include "engine/presentation/picture_layout.h"
+#include "engine/picture_layout.h"
 
 namespace tolvane {
 

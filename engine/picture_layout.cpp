@@ -1,4 +1,4 @@
-#include "picture_layout.h"
+#include "engine/picture_layout.h"
 
 #include "engine/my_ca_opengl_layer.h"
 

@@ -1,0 +1,86 @@
+// The per-refresh draw decision over the bitmap list, and the current picture.
+
+#include "engine/draw_decision.h"
+#include "engine/my_ca_opengl_layer.h"
+
+namespace tolvane {
+
+void MyCAOpenGLLayer::setIsResized(bool resized) {
+    NamedLockGuard lock(drawVideoMutex);
+    isResized = resized;
+}
+
+void MyCAOpenGLLayer::setCountAfterChangeScreen(int count) {
+    NamedLockGuard lock(drawVideoMutex);
+    countAfterChangeScreen = count;
+}
+
+bool MyCAOpenGLLayer::canDrawInCGLContext() {
+    NamedLockGuard drawLock(drawVideoMutex);
+    DrawDecisionState state;
+    state.isResized = isResized;
+    state.countAfterChangeScreen = countAfterChangeScreen;
+    state.rate = rateValue.load();
+    {
+        NamedLockGuard countLock(sampleCountMutex);
+        state.hasPlayedAudio = gOutputtedSampleCount.load() > 0;
+    }
+    state.isSeekingVideo = isSeekingVideo.load();
+    state.currentTimeSec = currentTimeSec();
+
+    NamedLockGuard bitmapLock(bitmapDataQueueMutex);
+    state.hasCurrentFrame = !bitmapDataForTemp.empty();
+    // The next picture is looked at only when neither a resize nor a seek
+    // preview decides the refresh.
+    if (!state.isResized && !state.isSeekingVideo) {
+        if (const BitmapData *next = getBitmapData()) {
+            state.nextFrameTimeSec = next->ptsSec;
+        }
+    }
+
+    const DrawDecision decision = decideDraw(state);
+    isResized = decision.isResized;
+    countAfterChangeScreen = decision.countAfterChangeScreen;
+    clearBeforeDrawing = decision.clearBuffers;
+    if (decision.stopAsynchronous) {
+        isAsynchronousValue = false;
+    }
+    if (decision.isSeekingVideoCleared) {
+        isSeekingVideo = false;
+    }
+    if (decision.isSkipping) {
+        isSkippingValue = *decision.isSkipping;
+    }
+    switch (decision.frameAction) {
+    case NextFrameAction::None:
+        break;
+    case NextFrameAction::OfferAgain:
+        bitmapDatas.resetCursor();
+        break;
+    case NextFrameAction::MakeCurrent: {
+        std::vector<BitmapData> taken = removeBitmapData();
+        BitmapData &due = taken.back();
+        bitmapDataForTemp = std::move(due.data);
+        frameWidth = float(due.width);
+        frameHeight = float(due.height);
+        hasPictureOnScreen = true;
+        break;
+    }
+    case NextFrameAction::Discard:
+        removeBitmapData();  // freed here: late pictures are never shown
+        break;
+    }
+    return decision.answer;
+}
+
+void MyCAOpenGLLayer::drawInCGLContext(
+    const std::function<void(const PictureView &picture)> &draw) const {
+    NamedLockGuard lock(bitmapDataQueueMutex);
+    if (bitmapDataForTemp.empty()) {
+        return;
+    }
+    draw(PictureView{pixelFormatModeValue.load(), is10bitModeValue.load(), bitmapDataForTemp.data(),
+                     int(frameWidth), int(frameHeight)});
+}
+
+}  // namespace tolvane

@@ -1,0 +1,88 @@
+#include "app/first_player_window.h"
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QImage>
+#include <set>
+
+#include "support/qt_printers.h"
+#include "support/test_media.h"
+
+namespace tolvane {
+namespace {
+
+void spinEventsUntil(const std::function<bool()> &done, int timeoutMs) {
+    QElapsedTimer timer;
+    timer.start();
+    while (!done() && timer.elapsed() < timeoutMs) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+    }
+}
+
+// Distinct colours in a coarse grid: a test pattern has many, black has one.
+int distinctColours(const QImage &image) {
+    std::set<QRgb> colours;
+    for (int y = 4; y < image.height(); y += image.height() / 12 + 1) {
+        for (int x = 4; x < image.width(); x += image.width() / 16 + 1) {
+            colours.insert(image.pixel(x, y) & 0xF0F0F0);
+        }
+    }
+    return int(colours.size());
+}
+
+class FirstPlayerWindowTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        qputenv("SDL_AUDIODRIVER", "dummy");
+        QSurfaceFormat::setDefaultFormat(MyVideoView::preferredSurfaceFormat());
+        window.show();
+        spinEventsUntil([] { return false; }, 100);
+        if (!window.videoView().context() || !window.videoView().context()->isValid()) {
+            GTEST_SKIP() << "no OpenGL context for a widget here";
+        }
+    }
+    FirstPlayerWindow window;
+};
+
+TEST_F(FirstPlayerWindowTest, PlaysTheFileInStepWithTheClockAndShowsItsPicture) {
+    ASSERT_EQ(window.openAndPlay(test::mediaPath("h264_aac.mkv")), QLatin1String(kOpenSucceeded));
+    EXPECT_EQ(window.size(), QSize(320, 240)) << "sized to the picture";
+    spinEventsUntil([&] { return window.engine().currentTimeSec() > 1.0; }, 15000);
+    EXPECT_GT(window.engine().currentTimeSec(), 1.0);
+    EXPECT_GT(window.videoView().drawCount(), 5);
+
+    const QImage shown = window.videoView().grabFramebuffer();
+    EXPECT_GT(distinctColours(shown), 8) << "a moving test pattern, not a black view";
+    const QByteArray screenshot = qgetenv("TOLVANE_SCREENSHOT");
+    if (!screenshot.isEmpty()) {
+        window.grab().save(QString::fromLocal8Bit(screenshot));
+    }
+}
+
+TEST_F(FirstPlayerWindowTest, PauseFreezesTheClockAndSeekShowsAPreview) {
+    // Long enough that a seek lands neither in the first nor in the last two seconds.
+    ASSERT_EQ(window.openAndPlay(test::mediaPath("h264_aac_8s.mkv")), QLatin1String(kOpenSucceeded));
+    spinEventsUntil([&] { return window.engine().currentTimeSec() > 0.3; }, 15000);
+    window.togglePlayPause();
+    EXPECT_EQ(window.engine().rate(), 0.0);
+    const double paused = window.engine().currentTimeSec();
+    spinEventsUntil([] { return false; }, 300);
+    EXPECT_EQ(window.engine().currentTimeSec(), paused);
+
+    const int drawsBefore = window.videoView().drawCount();
+    window.seekBy(3.0);
+    EXPECT_EQ(window.engine().rate(), 0.0) << "a seek keeps the pause";
+    spinEventsUntil([&] { return window.videoView().drawCount() > drawsBefore; }, 5000);
+    EXPECT_GT(window.videoView().drawCount(), drawsBefore) << "the preview is drawn while paused";
+    EXPECT_NEAR(window.engine().currentTimeSec(), paused + 3.0, 0.5);
+}
+
+TEST_F(FirstPlayerWindowTest, AFileThatCannotPlayReportsItsCode) {
+    EXPECT_EQ(window.openAndPlay(test::mediaPath("video_only.mkv")), QStringLiteral("-2003"));
+    EXPECT_FALSE(window.engine().isAsynchronous());
+}
+
+}  // namespace
+}  // namespace tolvane
