@@ -18,17 +18,15 @@ constexpr float kStartVolume = 1.0f;
 }  // namespace
 
 FirstPlayerWindow::FirstPlayerWindow() {
-    auto *layout = new QVBoxLayout(this);  // owned by this widget
-    layout->setContentsMargins(0, 0, 0, 0);
-    view = new MyVideoView(this);
-    layout->addWidget(view);
-    view->setPictureSource(&pictureSource);
+    layout.setContentsMargins(0, 0, 0, 0);
+    layout.addWidget(&view);
+    view.setPictureSource(&pictureSource);
     setStyleSheet(QStringLiteral("background: black;"));
     resize(960, 540);
 }
 
 FirstPlayerWindow::~FirstPlayerWindow() {
-    view->setPictureSource(nullptr);
+    view.setPictureSource(nullptr);
     playbackEngine.cleanBeforeQuit();
 }
 
@@ -48,13 +46,13 @@ QString FirstPlayerWindow::openAndPlay(const QString &path) {
     }
     playbackEngine.setDefaultOutputAndTimersBeforeStartWithVolume(kStartVolume);
     playbackEngine.setRate(1.0);
-    view->wakeRefresh();
+    view.wakeRefresh();
     return result;
 }
 
 void FirstPlayerWindow::togglePlayPause() {
     playbackEngine.setRate(playbackEngine.rate() == 1.0 ? 0.0 : 1.0);
-    view->wakeRefresh();
+    view.wakeRefresh();
 }
 
 void FirstPlayerWindow::seekBy(double deltaSec) {
@@ -67,7 +65,7 @@ void FirstPlayerWindow::seekBy(double deltaSec) {
     if (rate == 1.0) {
         playbackEngine.setRate(1.0);
     }
-    view->wakeRefresh();
+    view.wakeRefresh();
 }
 
 void FirstPlayerWindow::keyPressEvent(QKeyEvent *event) {

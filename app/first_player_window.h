@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QVBoxLayout>
 #include <QWidget>
 #include <memory>
 
@@ -22,7 +23,7 @@ public:
     QString openAndPlay(const QString &path);
 
     MyCAOpenGLLayer &engine() { return playbackEngine; }
-    MyVideoView &videoView() { return *view; }
+    MyVideoView &videoView() { return view; }
 
     void togglePlayPause();
     void seekBy(double deltaSec);
@@ -34,7 +35,8 @@ protected:
 private:
     MyCAOpenGLLayer playbackEngine;
     EnginePictureSource pictureSource{playbackEngine};
-    MyVideoView *view = nullptr;  // owned by this widget
+    QVBoxLayout layout{this};
+    MyVideoView view{this};
 };
 
 }  // namespace tolvane
