@@ -222,6 +222,33 @@ TEST(IsUpdatedSortedIdx, FindsTheLineDueForwardBackwardAndWithADelay) {
     EXPECT_EQ(sortedIdx, kNoSortedIdx);
 }
 
+TEST(IsUpdatedSortedIdx, KeysOfEqualValueForwardToTheFirstBackToTheLast) {
+    SubtitleTestFolder folder;
+    folder.write("d.mkv");
+    // SAMI keeps start values as written: both keys mean 1000 ms.
+    folder.write("d.smi",
+                 "<SAMI><BODY><SYNC Start=500><P Class=KRCC>a\n"
+                 "<SYNC Start=1000><P Class=KRCC>b\n"
+                 "<SYNC Start=1000 End=1500><P Class=KRCC>c\n"
+                 "<SYNC Start=2000><P Class=KRCC>d\n</BODY>");
+    MySubtitle subtitle;
+    subtitle.openSubtitleFileURL(folder.path("d.mkv"), encodingItemsToTry(0), false, {});
+    ASSERT_EQ(subtitle.subtitleSorteds().value(0),
+              (QStringList{"-900000000", "500", "1000", "1000 End=1500", "2000"}));
+    struct Case {
+        qint32 fromIdx;
+        qint32 showtime;
+        const char *expectedKey;
+    };
+    for (const Case &c : {Case{1, 1000, "1000"}, Case{1, 1200, "1000 End=1500"},
+                          Case{4, 1000, "1000 End=1500"}, Case{4, 1200, "1000 End=1500"}}) {
+        qint32 sortedIdx = c.fromIdx;
+        subtitle.isUpdatedSortedIdx(sortedIdx, 0, c.showtime);
+        EXPECT_EQ(keyAt(subtitle, sortedIdx), c.expectedKey)
+            << "from " << c.fromIdx << " to " << c.showtime;
+    }
+}
+
 // "group: row|row" for each group of a tick, with the rows' fill texts.
 QStringList groupsOf(const TextLayerDic &groups) {
     QStringList lines;
