@@ -129,7 +129,7 @@ public:
     // Logs every entry and the style flags in one message.
     void dump() const;
 
-    // ---- Choosing tracks (caption_timeline.cpp) ----
+    // Choosing tracks and their delays (caption_timeline.cpp).
 
     // The chosen entries, first track first; with `withIntegratedRow` and the
     // integrated mode on, the integrated row (entryCount()) follows.
@@ -156,7 +156,7 @@ public:
     qint32 fstSortedIdx() const { return fstSortedIdx_; }
     qint32 sndSortedIdx() const { return sndSortedIdx_; }
 
-    // ---- The current line (caption_timeline.cpp) ----
+    // The line due at a playback time (caption_timeline.cpp).
 
     // Makes the next tick look both lines up afresh; call after the choice
     // or a delay changed.
