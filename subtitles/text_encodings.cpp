@@ -140,6 +140,12 @@ std::optional<QString> decodeTextStrictly(const QByteArray &bytes, const char *i
         return std::nullopt;
     }
     text.truncate(length);
+    // Zero bytes are legal in UTF-8 and the 8-bit encodings, but a caption
+    // text never holds U+0000: such a decode is UTF-16 read in the wrong
+    // encoding, and failing it lets the UTF-16 try come.
+    if (text.contains(QChar(u'\0'))) {
+        return std::nullopt;
+    }
     if (text.startsWith(QChar(0xFEFF))) {
         text.remove(0, 1);
     }

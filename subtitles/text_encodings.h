@@ -32,7 +32,8 @@ std::vector<int> encodingItemsToTry(int userEncodingItem);
 // Decodes `bytes` as the ICU encoding `icuName`; an illegal or truncated
 // sequence fails the whole text instead of becoming a replacement character.
 // UTF-16 without a byte-order mark is read in the byte order its text suggests;
-// a leading byte-order mark is never part of the text.
+// a leading byte-order mark is never part of the text. A text holding U+0000
+// fails too: that is UTF-16 read as UTF-8 or as an 8-bit encoding.
 std::optional<QString> decodeTextStrictly(const QByteArray &bytes, const char *icuName);
 
 // The encoding of `bytes` as uchardet judges it (EUC-KR read as its superset

@@ -43,5 +43,21 @@
         <source>Cancel</source>
         <translation>Cancel</translation>
     </message>
+    <message id="WARNINGMTXACC">
+        <source>Tolvane has no permission to read this subtitle file.</source>
+        <translation>Tolvane has no permission to read this subtitle file.</translation>
+    </message>
+    <message id="WARNINGMTXTXE">
+        <source>This subtitle file is not text in the chosen encoding. Try another text encoding.</source>
+        <translation>This subtitle file is not text in the chosen encoding. Try another text encoding.</translation>
+    </message>
+    <message id="WARNINGMTXFMT">
+        <source>This file is neither a SAMI nor a SubRip subtitle file.</source>
+        <translation>This file is neither a SAMI nor a SubRip subtitle file.</translation>
+    </message>
+    <message id="WARNINGMTXCTS">
+        <source>This subtitle file could not be read.</source>
+        <translation>This subtitle file could not be read.</translation>
+    </message>
 </context>
 </TS>

@@ -43,5 +43,21 @@
         <source>Cancel</source>
         <translation>취소</translation>
     </message>
+    <message id="WARNINGMTXACC">
+        <source>Tolvane has no permission to read this subtitle file.</source>
+        <translation>이 자막 파일을 읽을 권한이 없습니다.</translation>
+    </message>
+    <message id="WARNINGMTXTXE">
+        <source>This subtitle file is not text in the chosen encoding. Try another text encoding.</source>
+        <translation>이 자막 파일은 선택한 인코딩의 텍스트가 아닙니다. 다른 텍스트 인코딩을 선택해 보세요.</translation>
+    </message>
+    <message id="WARNINGMTXFMT">
+        <source>This file is neither a SAMI nor a SubRip subtitle file.</source>
+        <translation>이 파일은 SAMI 자막도 SubRip 자막도 아닙니다.</translation>
+    </message>
+    <message id="WARNINGMTXCTS">
+        <source>This subtitle file could not be read.</source>
+        <translation>이 자막 파일을 읽을 수 없습니다.</translation>
+    </message>
 </context>
 </TS>

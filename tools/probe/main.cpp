@@ -41,6 +41,12 @@ const std::map<QString, Subcommand> &subcommands() {
          {tolvane::probe::runPlaylistCommand, "playlist [--where DIR] PATH..."}},
         {QStringLiteral("parse"),
          {tolvane::probe::runParseCommand, "parse FILE [--type smi|srt] [--encoding NAME]"}},
+        {QStringLiteral("subtitles"),
+         {tolvane::probe::runSubtitlesCommand,
+          "subtitles VIDEO [--encoding-item N] [--where DIR] [--bdmv]"}},
+        {QStringLiteral("captions"),
+         {tolvane::probe::runCaptionsCommand,
+          "captions VIDEO --at MS[,MS...] [--toggle ROW[,ROW...]] [--delay MS] [--integrated]"}},
     };
     return table;
 }

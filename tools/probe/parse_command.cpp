@@ -2,15 +2,14 @@
 #include <QStringDecoder>
 #include <QTextStream>
 #include <QVariantList>
-#include <algorithm>
-#include <functional>
 #include <optional>
 
 #include "probe_commands.h"
+#include "processed_line_json.h"
 #include "subtitles/markup_spans.h"
 #include "subtitles/sami_parser.h"
 #include "subtitles/srt_parser.h"
-#include "subtitles/text_scanning.h"
+#include "subtitles/subtitle_format.h"
 
 namespace tolvane::probe {
 
@@ -46,59 +45,10 @@ std::optional<ParseArguments> parseArgumentsFrom(const QStringList &arguments) {
     return parsed;
 }
 
-// The loader's format test: all SAMI markers anywhere, else all SubRip ones.
-QString recognisedType(QStringView text) {
-    const QString lowered = asciiLowered(text);
-    const auto containsAll = [&](std::initializer_list<QStringView> markers) {
-        return std::all_of(markers.begin(), markers.end(),
-                           [&](QStringView marker) { return lowered.contains(marker); });
-    };
-    if (containsAll({u"<sync", u"start", u"=", u"<p", u"class", u">"})) {
-        return QStringLiteral("smi");
-    }
-    if (containsAll({u"-->", u":", u","})) {
-        return QStringLiteral("srt");
-    }
-    return QStringLiteral("none");
-}
-
-// [row key, first column, last column, value] for each run of `string` whose
-// `valueOf` is not empty.
-void appendRuns(QVariantList &into, int rowKey, const StyledString &string,
-                const std::function<QString(const CaptionTextAttributes &)> &valueOf) {
-    for (const CaptionAttributeRun &run : string.runs()) {
-        const QString value = valueOf(run.attributes);
-        if (!value.isEmpty()) {
-            into.append(
-                QVariant(QVariantList{rowKey, run.start, run.start + run.length - 1, value}));
-        }
-    }
-}
-
 QVariantList cuesOf(const TimeContentDictionary &dictionary, const CaptionColor &defaultColor) {
     QVariantList cues;
     for (const QString &key : sortedArrayWithDescriptorKey(u"intValue", dictionary.keys())) {
-        const ProcessedLine &line = dictionary[key];
-        QVariantList rows;
-        QVariantList colors;
-        QVariantList marks;
-        QVariantList ruby;
-        for (const ProcessedRow &row : line.rows) {
-            rows.append(row.fill.text());
-            appendRuns(colors, row.rowKey, row.fill, [&](const CaptionTextAttributes &attributes) {
-                return attributes.fillColor == defaultColor ? QString()
-                                                            : attributes.fillColor.hexName();
-            });
-            appendRuns(marks, row.rowKey, row.fill,
-                       [](const CaptionTextAttributes &attributes) { return attributes.marker; });
-            for (const RubyAnnotation &annotation : row.rubyAnnotations) {
-                ruby.append(
-                    QVariant(QVariantList{row.rowKey, annotation.baseFirstColumn,
-                                          annotation.baseLastColumn, annotation.fill.text()}));
-            }
-        }
-        cues.append(QVariantMap{
-            {"key", key}, {"rows", rows}, {"colors", colors}, {"marks", marks}, {"ruby", ruby}});
+        cues.append(cueOfProcessedLine(key, dictionary[key], defaultColor));
     }
     return cues;
 }
@@ -128,7 +78,13 @@ int runParseCommand(const QStringList &arguments) {
         return 1;
     }
 
-    const QString type = parsed->type.isEmpty() ? recognisedType(text) : parsed->type;
+    QString type = parsed->type;
+    if (type.isEmpty()) {
+        type = recognisedSubtitleFormat(text);
+        if (type.isEmpty()) {
+            type = QStringLiteral("none");
+        }
+    }
     const TagProcessor tagProcessor{CaptionStyle{}};
     QVariantMap tracks;
     QVariant lastCueNumber;

@@ -12,6 +12,8 @@ int runFramesCommand(const QStringList &arguments);
 int runSeriesCommand(const QStringList &arguments);
 int runPlaylistCommand(const QStringList &arguments);
 int runParseCommand(const QStringList &arguments);
+int runSubtitlesCommand(const QStringList &arguments);
+int runCaptionsCommand(const QStringList &arguments);
 
 // Prints `document` as one line of JSON.
 void printJson(const QVariant &document);

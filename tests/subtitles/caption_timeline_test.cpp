@@ -1,0 +1,330 @@
+#include <gtest/gtest.h>
+
+#include "subtitle_test_folder.h"
+#include "subtitles/my_subtitle.h"
+#include "support/qt_printers.h"
+
+namespace tolvane::subtitles {
+namespace {
+
+using test::samiText;
+using test::SubtitleTestFolder;
+
+// Loads `video`'s captions; each element of `classes` becomes one SAMI class
+// of "<base>.smi" whose syncs at 0, 1000 and 2000 show "<class> 0" etc.
+MySubtitle loadClasses(SubtitleTestFolder &folder, const QString &base,
+                       const QStringList &classes) {
+    QString text = QStringLiteral("<SAMI><BODY>\n");
+    for (const int start : {0, 1000, 2000}) {
+        for (const QString &className : classes) {
+            text += QStringLiteral("<SYNC Start=%1><P Class=%2>%2 %1\n").arg(start).arg(className);
+        }
+    }
+    folder.write(base + ".mkv");
+    folder.write(base + ".smi", text.toUtf8());
+    MySubtitle subtitle;
+    subtitle.openSubtitleFileURL(folder.path(base + ".mkv"),
+                                 encodingItemsToTry(kAutomaticEncodingItem), false, {});
+    EXPECT_EQ(subtitle.entryCount(), classes.size());
+    return subtitle;
+}
+
+// Eight entries "C0CC" .. "C7CC", in that order.
+QStringList eightClasses() {
+    QStringList classes;
+    for (int i = 0; i < 8; ++i) {
+        classes << QStringLiteral("C%1CC").arg(i);
+    }
+    return classes;
+}
+
+std::vector<qint64> chosen(const MySubtitle &subtitle) { return subtitle.matrixSelecteds(true); }
+
+TEST(ToggleRow, ClicksFormATwoSlotQueue) {
+    SubtitleTestFolder folder;
+    constexpr qint64 kIntegratedRow = 8;
+    struct Click {
+        qint64 row;
+        const char *answer;
+        std::vector<qint64> chosenAfter;  // first, second, then the integrated row
+    };
+    struct Case {
+        const char *what;
+        std::vector<Click> clicks;
+    };
+    const Case cases[] = {
+        {"a third row pushes out the oldest, which the list must deselect",
+         {{2, "-100", {2}}, {5, "-100", {2, 5}}, {7, "unsel2", {5, 7}}}},
+        {"clicking the first again promotes the second",
+         {{2, "-100", {2}}, {5, "-100", {2, 5}}, {2, "-100", {5}}, {3, "-100", {5, 3}}}},
+        {"clicking the second again drops it",
+         {{2, "-100", {2}}, {5, "-100", {2, 5}}, {5, "-100", {2}}}},
+        {"clicking the only track drops it", {{4, "-100", {4}}, {4, "-100", {}}}},
+        {"the integrated row flips the mode and leaves the tracks",
+         {{1, "-100", {1}},
+          {kIntegratedRow, "-100", {1, kIntegratedRow}},
+          {6, "-100", {1, 6, kIntegratedRow}},
+          {kIntegratedRow, "-100", {1, 6}}}},
+        {"rows outside the list change nothing",
+         {{-1, "-100", {}}, {kIntegratedRow + 1, "-100", {}}, {0, "-100", {0}}}},
+    };
+    for (const Case &c : cases) {
+        MySubtitle subtitle = loadClasses(folder, QString::number(&c - cases), eightClasses());
+        for (const Click &click : c.clicks) {
+            EXPECT_EQ(subtitle.toggleRow(click.row), click.answer)
+                << c.what << ", row " << click.row;
+            EXPECT_EQ(chosen(subtitle), click.chosenAfter) << c.what << ", row " << click.row;
+        }
+        // The order column always agrees with the two indices.
+        const QStringList orders = subtitle.subtitleOrders();
+        for (qsizetype i = 0; i < orders.size(); ++i) {
+            const char *expected = i == subtitle.fstOrderIdx()   ? "f"
+                                   : i == subtitle.sndOrderIdx() ? "s"
+                                                                 : "x";
+            EXPECT_EQ(orders[i], expected) << c.what << ", entry " << i;
+        }
+    }
+    MySubtitle empty;
+    EXPECT_EQ(empty.toggleRow(0), "-100");
+    EXPECT_EQ(chosen(empty), std::vector<qint64>{});
+}
+
+TEST(SetOrders, RestoresRememberedOrCarriedOverChoicesElseTheDefault) {
+    SubtitleTestFolder folder;
+    const MySubtitle reference = loadClasses(folder, "ep1", eightClasses());
+    const QString key1 = reference.fullKey(1);
+    const QString key3 = reference.fullKey(3);
+    const QString key5 = reference.fullKey(5);
+    const QString carried = QString::fromLatin1(kCarryOverKeyPrefix);
+    struct Case {
+        const char *what;
+        QStringList classes;
+        QStringList remembered;
+        std::vector<qint64> expected;
+    };
+    const Case cases[] = {
+        {"two tracks and the integrated mode",
+         eightClasses(),
+         {key3, key1, "integrated"},
+         {3, 1, 8}},
+        {"one track followed by integrated restores the track alone",
+         eightClasses(),
+         {key5, "integrated"},
+         {5}},
+        {"carried over from another episode, matched without the base name",
+         eightClasses(),
+         MySubtitle::cofIdxsFromReOpenSubtitleIdxs({key5, key3, "integrated"}),
+         {5, 3, 8}},
+        {"a remembered key that matches no entry: the default", {"ENCC", "KRCC"}, {key3}, {1}},
+        {"nothing remembered: a Korean track", {"ENCC", "JPCC", "KOCC"}, {}, {2}},
+        {"nothing Korean: the first track that loaded", {"ENCC", "JPCC"}, {}, {0}},
+        {"a carried-over key that matches nothing",
+         {"ENCC", "KRCC"},
+         {carried + "x#*QZR*SPC*KEY*#srt#*QZR*SPC*KEY*#srt#*QZR*SPC*KEY*#v#*QZR*SPC*KEY*#2"},
+         {1}},
+    };
+    int number = 0;
+    for (const Case &c : cases) {
+        // Another episode: the base name differs from ep1's.
+        MySubtitle subtitle =
+            loadClasses(folder, QStringLiteral("ep%1").arg(number++ == 2 ? 2 : 1), c.classes);
+        subtitle.setOrders(c.remembered);
+        EXPECT_EQ(chosen(subtitle), c.expected) << c.what;
+    }
+}
+
+TEST(SetOrders, DefaultSkipsFailedEntriesAndFallsBackToEntryZero) {
+    SubtitleTestFolder folder;
+    folder.write("a.mkv");
+    folder.write("a.smi", "no captions here");
+    folder.write("a.srt", "1\n00:00:01,000 --> 00:00:02,000\nHi\n");
+    MySubtitle subtitle;
+    subtitle.openSubtitleFileURL(folder.path("a.mkv"), encodingItemsToTry(0), false, {});
+    subtitle.setOrders({});
+    EXPECT_EQ(chosen(subtitle), std::vector<qint64>{1});
+
+    folder.write("b.mkv");
+    folder.write("b.srt", "no captions either");
+    MySubtitle failedOnly;
+    failedOnly.openSubtitleFileURL(folder.path("b.mkv"), encodingItemsToTry(0), false, {});
+    failedOnly.setOrders({});
+    EXPECT_EQ(chosen(failedOnly), std::vector<qint64>{0});
+}
+
+TEST(Delays, RestoredByKeyMovedTogetherAndReportedWithTwoSentinels) {
+    SubtitleTestFolder folder;
+    MySubtitle subtitle = loadClasses(folder, "ep1", {"ENCC", "JPCC", "KRCC"});
+    EXPECT_EQ(subtitle.fstDelay(), kUnsetSubtitleDelay);
+    EXPECT_EQ(subtitle.sndDelay(), kNoSecondTrackDelay);
+    subtitle.delayPlus(300);  // no track: nothing moves
+    EXPECT_EQ(subtitle.subtitleDelays(), (QList<qint32>(3, kUnsetSubtitleDelay)));
+
+    subtitle.setDelays({{subtitle.fullKey(2), 1500}, {"unknown", 7}});
+    subtitle.toggleRow(2);
+    subtitle.toggleRow(0);
+    EXPECT_EQ(subtitle.fstDelay(), 1500);
+    EXPECT_EQ(subtitle.sndDelay(), kUnsetSubtitleDelay);
+    subtitle.delayPlus(-500);
+    EXPECT_EQ(subtitle.subtitleDelays(), (QList<qint32>{-500, kUnsetSubtitleDelay, 1000}))
+        << "both tracks move, an unset delay counting as 0";
+
+    MySubtitle nextEpisode = loadClasses(folder, "ep2", {"ENCC", "JPCC", "KRCC"});
+    nextEpisode.setDelays(MySubtitle::cofDicFromReOpenDelayDic(subtitle.reOpenDelayDic()));
+    EXPECT_EQ(nextEpisode.subtitleDelays(), (QList<qint32>{-500, kUnsetSubtitleDelay, 1000}));
+    MySubtitle uncarried = loadClasses(folder, "ep3", {"ENCC", "JPCC", "KRCC"});
+    uncarried.setDelays(subtitle.reOpenDelayDic());
+    EXPECT_EQ(uncarried.subtitleDelays(), (QList<qint32>(3, kUnsetSubtitleDelay)))
+        << "full keys of another episode match nothing";
+}
+
+// The key that `sortedIdx` points at in entry 0, or "none".
+QString keyAt(const MySubtitle &subtitle, qint32 sortedIdx) {
+    return sortedIdx == kNoSortedIdx ? QStringLiteral("none")
+                                     : subtitle.subtitleSorteds()[0].at(sortedIdx);
+}
+
+TEST(IsUpdatedSortedIdx, FindsTheLineDueForwardBackwardAndWithADelay) {
+    SubtitleTestFolder folder;
+    // Keys -900000000, 0, 1000, 2000.
+    const MySubtitle reference = loadClasses(folder, "t", {"KRCC"});
+    struct Case {
+        const char *what;
+        qint32 fromIdx;
+        qint32 showtime;
+        qint32 delay;
+        const char *expectedKey;
+        bool expectedChanged;
+    };
+    const Case cases[] = {
+        {"first tick finds the line at its exact time", -1, 1000, 0, "1000", true},
+        {"between keys: the last one not after the time", -1, 1500, 0, "1000", true},
+        {"a positive delay shows lines earlier", -1, 600, 500, "1000", true},
+        {"a negative delay shows them later", 2, 1200, -500, "0", true},
+        {"seek backwards", 3, 1500, 0, "1000", true},
+        {"still within the same line", 2, 1999, 0, "1000", false},
+        {"exactly at the current line", 2, 1000, 0, "1000", false},
+        {"past the end: the last line", 1, 99999, 0, "2000", true},
+        {"before the first real key: the blank line", 3, -5, 0, "-900000000", true},
+        {"before every key always reports a change", -1, 0, -1000000000, "none", true},
+        {"even from before every key", 0, 0, -1000000000, "none", true},
+        {"an index left from a longer track counts as none", 40, 1000, 0, "1000", true},
+    };
+    for (const Case &c : cases) {
+        MySubtitle subtitle = reference;
+        subtitle.setDelays({{subtitle.fullKey(0), c.delay}});
+        qint32 sortedIdx = c.fromIdx;
+        EXPECT_EQ(subtitle.isUpdatedSortedIdx(sortedIdx, 0, c.showtime), c.expectedChanged)
+            << c.what;
+        EXPECT_EQ(keyAt(subtitle, sortedIdx), c.expectedKey) << c.what;
+    }
+    qint32 sortedIdx = kNoSortedIdx;
+    EXPECT_FALSE(reference.isUpdatedSortedIdx(sortedIdx, kNoTrackOrderIdx, 1000));
+    EXPECT_EQ(sortedIdx, kNoSortedIdx);
+}
+
+TEST(IsUpdatedSortedIdx, KeysOfEqualValueForwardToTheFirstBackToTheLast) {
+    SubtitleTestFolder folder;
+    folder.write("d.mkv");
+    // SAMI keeps start values as written: both keys mean 1000 ms.
+    folder.write("d.smi",
+                 "<SAMI><BODY><SYNC Start=500><P Class=KRCC>a\n"
+                 "<SYNC Start=1000><P Class=KRCC>b\n"
+                 "<SYNC Start=1000 End=1500><P Class=KRCC>c\n"
+                 "<SYNC Start=2000><P Class=KRCC>d\n</BODY>");
+    MySubtitle subtitle;
+    subtitle.openSubtitleFileURL(folder.path("d.mkv"), encodingItemsToTry(0), false, {});
+    ASSERT_EQ(subtitle.subtitleSorteds().value(0),
+              (QStringList{"-900000000", "500", "1000", "1000 End=1500", "2000"}));
+    struct Case {
+        qint32 fromIdx;
+        qint32 showtime;
+        const char *expectedKey;
+    };
+    for (const Case &c : {Case{1, 1000, "1000"}, Case{1, 1200, "1000 End=1500"},
+                          Case{4, 1000, "1000 End=1500"}, Case{4, 1200, "1000 End=1500"}}) {
+        qint32 sortedIdx = c.fromIdx;
+        subtitle.isUpdatedSortedIdx(sortedIdx, 0, c.showtime);
+        EXPECT_EQ(keyAt(subtitle, sortedIdx), c.expectedKey)
+            << "from " << c.fromIdx << " to " << c.showtime;
+    }
+}
+
+// "group: row|row" for each group of a tick, with the rows' fill texts.
+QStringList groupsOf(const TextLayerDic &groups) {
+    QStringList lines;
+    for (const auto &[name, line] : groups) {
+        QStringList rows;
+        for (const ProcessedRow &row : line.rows) {
+            rows << row.fill.text();
+        }
+        lines << name + ": " + rows.join('|');
+    }
+    return lines;
+}
+
+TEST(TextLayerDic, ReportsOnlyChangedGroupsInTheirPlaces) {
+    SubtitleTestFolder folder;
+    struct Tick {
+        qint32 at;
+        QStringList groups;
+    };
+    struct Case {
+        const char *what;
+        std::vector<qint64> clicks;
+        std::vector<Tick> ticks;
+    };
+    constexpr qint64 kIntegratedRow = 2;
+    const Case cases[] = {
+        {"nothing chosen", {}, {{1000, {}}}},
+        {"one track at the bottom, redrawn only on change",
+         {0},
+         {{0, {"fst.bottom: ENCC 0"}}, {500, {}}, {1000, {"fst.bottom: ENCC 1000"}}}},
+        {"two tracks: the first at the bottom, the second at the top",
+         {1, 0},
+         {{1000, {"fst.bottom: KRCC 1000", "snd.top: ENCC 1000"}}, {1500, {}}}},
+        {"integrated: both lines as one block at the bottom",
+         {0, 1, kIntegratedRow},
+         {{1000, {"fst.snd.bottom: ENCC 1000|KRCC 1000"}}, {1001, {}}}},
+        {"integrated with one track draws it alone",
+         {1, kIntegratedRow},
+         {{2000, {"fst.bottom: KRCC 2000"}}}},
+    };
+    int number = 0;
+    for (const Case &c : cases) {
+        MySubtitle subtitle =
+            loadClasses(folder, QStringLiteral("tl%1").arg(number++), {"ENCC", "KRCC"});
+        for (const qint64 row : c.clicks) {
+            subtitle.toggleRow(row);
+        }
+        for (const Tick &tick : c.ticks) {
+            EXPECT_EQ(groupsOf(subtitle.textLayerDic(tick.at)), tick.groups)
+                << c.what << " at " << tick.at;
+        }
+    }
+}
+
+TEST(IntegratedFstLineDic, StacksTheRowsAndSkipsABlankLine) {
+    SubtitleTestFolder folder;
+    folder.write("i.mkv");
+    folder.write("i.srt",
+                 "1\n00:00:01,000 --> 00:00:02,000\nOne\nTwo\n\n"
+                 "2\n00:00:03,000 --> 00:00:04,000\nThree\n");
+    MySubtitle subtitle;
+    subtitle.openSubtitleFileURL(folder.path("i.mkv"), encodingItemsToTry(0), false, {});
+    ASSERT_EQ(subtitle.entryCount(), 1);
+    const TimeContentDictionary &lines = subtitle.entries()[0].tcDic;
+    const ProcessedLine joined =
+        MySubtitle::integratedFstLineDic(lines.value("1000"), lines.value("3000"));
+    ASSERT_EQ(joined.rows.size(), 3u);
+    EXPECT_EQ(joined.rows[2].fill.text(), "Three");
+    EXPECT_EQ(joined.rows[2].rowKey, 6);
+    EXPECT_GT(joined.rows[2].lastCharacterIndex, joined.rows[1].lastCharacterIndex);
+    EXPECT_EQ(groupsOf({{"g", MySubtitle::integratedFstLineDic(lines.value("2000"),
+                                                               lines.value("3000"))}}),
+              QStringList{"g: Three"});
+    EXPECT_EQ(groupsOf({{"g", MySubtitle::integratedFstLineDic(lines.value("1000"), {})}}),
+              QStringList{"g: One|Two"});
+}
+
+}  // namespace
+}  // namespace tolvane::subtitles
