@@ -9,8 +9,9 @@
 #include <vector>
 
 // Each row loop is also compiled for AVX2 and the variant the processor can
-// run is picked when the program loads.
-#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__)
+// run is picked when the program loads. Not under ThreadSanitizer: the
+// instrumented resolver runs before the sanitizer's runtime and crashes.
+#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__) && !defined(__SANITIZE_THREAD__)
 #define TOLVANE_ROW_LOOP __attribute__((target_clones("avx2", "default")))
 #else
 #define TOLVANE_ROW_LOOP
