@@ -79,10 +79,11 @@ DecodeRun plainDecode(const std::string &path, int threads) {
 
 // The engine's own path: the packet and pixel passes in turn, as their
 // threads run them, every picture taken out as it is queued.
-DecodeRun pixelPathDecode(const std::string &path) {
+DecodeRun pixelPathDecode(const std::string &path, bool is10bitMode) {
     DecodeRun run;
     const auto start = Clock::now();
     MyCAOpenGLLayer engine;
+    engine.setIs10bitMode(is10bitMode);
     if (engine.openMovieFile(QString::fromStdString(path)) != QLatin1String(kOpenSucceeded)) {
         return run;
     }
@@ -103,14 +104,17 @@ DecodeRun pixelPathDecode(const std::string &path) {
     return run;
 }
 
+// Arguments: the clip, and whether 10-bit pictures become 16-bit RGBA (1)
+// or packed 8-bit 4:2:2 (0).
 void BM_PixelPathVsPlainDecode(benchmark::State &state) {
     const std::string path = clipPath(int(state.range(0)));
+    const bool is10bitMode = state.range(1) != 0;
     const int threads = videoDecoderThreadCount();
     DecodeRun pixelTotal;
     DecodeRun plainTotal;
     for (auto _ : state) {
         const DecodeRun plain = plainDecode(path, threads);
-        const DecodeRun pixel = pixelPathDecode(path);
+        const DecodeRun pixel = pixelPathDecode(path, is10bitMode);
         if (plain.pictures == 0 || pixel.pictures == 0) {
             state.SkipWithError("cannot decode the clip; was bench media generated?");
             return;
@@ -146,8 +150,9 @@ void BM_PlainDecodeThreads(benchmark::State &state) {
 }
 
 BENCHMARK(BM_PixelPathVsPlainDecode)
-    ->Arg(0)
-    ->Arg(1)
+    ->Args({0, 1})
+    ->Args({1, 1})
+    ->Args({1, 0})
     ->Iterations(3)
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond);

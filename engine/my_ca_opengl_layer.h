@@ -404,6 +404,17 @@ private:
     // Switches to the first-field layout and posts the notification, both
     // once per file, when `frame` is interlaced.
     void noteInterlacedFrame(const AVFrame *frame);
+    // Called by the packet thread when a read fails; the end of the file
+    // lets the pixel thread take the pictures the decoder still holds.
+    void noteVideoPacketReadFailure(int readResult);
+    // Takes one picture the decoder still holds after the last packet.
+    bool drainVideoDecoderIntoQueue(double fps);
+
+    // Feeding until the file's last packet has been read and decoded; then
+    // Draining, and Drained once the decoder is empty. removeAllVideoPackets()
+    // goes back to Feeding (a seek flushes the decoder after it).
+    enum class VideoDecoderDrainState { Feeding, EndOfFileRead, Draining, Drained };
+    std::atomic<VideoDecoderDrainState> videoDecoderDrainState{VideoDecoderDrainState::Feeding};
 
     std::unique_ptr<WorkerThread> pixelThread;  // main thread only
     CursorQueue<BitmapData> bitmapDatas{bitmapDataQueueMutex};

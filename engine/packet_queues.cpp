@@ -33,6 +33,7 @@ void MyCAOpenGLLayer::removeAllVideoPackets() {
     NamedLockGuard lock(videoPacketQueueMutex);
     videoPackets.removeAll();
     gNextVideoFramePtsSec = 0.0;
+    videoDecoderDrainState = VideoDecoderDrainState::Feeding;
 }
 
 void MyCAOpenGLLayer::addAudioPacket(AVPacket *packet) { audioPackets.add(takePacket(packet)); }
@@ -85,8 +86,9 @@ PacketPassAction MyCAOpenGLLayer::addPacketOnePass() {
     }
     PacketPtr packet = makePacket();
     // End of file and read errors alike: try again on a later pass.
-    if (av_read_frame(pFormatCtx.get(), packet.get()) < 0) {
+    if (const int readResult = av_read_frame(pFormatCtx.get(), packet.get()); readResult < 0) {
         hasReadToTheEnd = true;
+        noteVideoPacketReadFailure(readResult);
         return PacketPassAction::Sleep;
     }
     hasReadToTheEnd = false;

@@ -104,14 +104,24 @@ PixelPassOutcome MyCAOpenGLLayer::addBitmapDataOnePass() {
     const double fps = videoFrameRate();
     const double nowSec = currentTimeSec();
     const int wanted = wantedBitmapQueueLength(fileDurationSecValue, startTimeSec(), nowSec, fps);
+    const VideoDecoderDrainState drainState = videoDecoderDrainState.load();
+    const bool decoderHoldsPictures = drainState == VideoDecoderDrainState::EndOfFileRead ||
+                                      drainState == VideoDecoderDrainState::Draining;
     if (pixelPassActionFor(rate, wanted, bitmapDatas.count(), videoPackets.count(),
-                           audioPackets.count()) == PixelPassAction::Sleep) {
+                           audioPackets.count(), decoderHoldsPictures) == PixelPassAction::Sleep) {
         return PixelPassOutcome::Idle;
     }
 
     const AVPacket *packet = getVideoPacket();
     if (packet == nullptr) {
-        return PixelPassOutcome::NoUnreadPacket;
+        if (drainVideoDecoderIntoQueue(fps)) {
+            return PixelPassOutcome::QueuedPicture;
+        }
+        // Once the decoder has given its last picture nothing can come before
+        // a seek: idle instead of trying again at once.
+        return videoDecoderDrainState.load() == VideoDecoderDrainState::Drained
+                   ? PixelPassOutcome::Idle
+                   : PixelPassOutcome::NoUnreadPacket;
     }
 
     const AVRational timeBase = pFormatCtx->streams[videoStreamIdx]->time_base;
@@ -162,6 +172,39 @@ bool MyCAOpenGLLayer::decodeVideoPacketIntoQueue(const AVPacket *packet, double 
         removeVideoPacket();
     }
     return queued;
+}
+
+void MyCAOpenGLLayer::noteVideoPacketReadFailure(int readResult) {
+    if (readResult != AVERROR_EOF) {
+        return;
+    }
+    auto feeding = VideoDecoderDrainState::Feeding;
+    videoDecoderDrainState.compare_exchange_strong(feeding, VideoDecoderDrainState::EndOfFileRead);
+}
+
+bool MyCAOpenGLLayer::drainVideoDecoderIntoQueue(double fps) {
+    const VideoDecoderDrainState state = videoDecoderDrainState.load();
+    if (state == VideoDecoderDrainState::Feeding || state == VideoDecoderDrainState::Drained) {
+        return false;
+    }
+    if (!vFrame) {
+        vFrame = makeFrame();
+    }
+    if (state == VideoDecoderDrainState::EndOfFileRead) {
+        avcodec_send_packet(vCodecCtx.get(), nullptr);
+        videoDecoderDrainState = VideoDecoderDrainState::Draining;
+    }
+    if (avcodec_receive_frame(vCodecCtx.get(), vFrame.get()) != 0) {
+        videoDecoderDrainState = VideoDecoderDrainState::Drained;
+        return false;
+    }
+    // No packet was fed for this picture: without a time of its own it takes
+    // the running next time.
+    const PacketPtr noPacket = makePacket();
+    queueDecodedPicture(vFrame.get(), noPacket.get(), fps);
+    av_frame_unref(vFrame.get());
+    removeVideoPacket();
+    return true;
 }
 
 void MyCAOpenGLLayer::queueDecodedPicture(const AVFrame *frame, const AVPacket *packetJustFed,

@@ -43,11 +43,13 @@ int wantedBitmapQueueLength(double fileDurationSec, double startTimeSec, double 
 }
 
 PixelPassAction pixelPassActionFor(double rate, int wantedQueueLength, int bitmapCount,
-                                   int videoPacketCount, int audioPacketCount) {
+                                   int videoPacketCount, int audioPacketCount,
+                                   bool decoderHoldsPictures) {
     if (rate == 0.0 || wantedQueueLength <= 0 || bitmapCount >= wantedQueueLength) {
         return PixelPassAction::Sleep;
     }
-    if (bitmapCount == 0 && videoPacketCount == 0 && audioPacketCount == 0) {
+    if (bitmapCount == 0 && videoPacketCount == 0 && audioPacketCount == 0 &&
+        !decoderHoldsPictures) {
         return PixelPassAction::Sleep;
     }
     return PixelPassAction::Decode;

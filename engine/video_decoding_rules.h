@@ -40,8 +40,11 @@ enum class PixelPassOutcome {
     NoPictureYet,
     QueuedPicture
 };
+// `decoderHoldsPictures`: the file has been read to its end and the decoder
+// may still give the pictures it held back, with every list already empty.
 PixelPassAction pixelPassActionFor(double rate, int wantedQueueLength, int bitmapCount,
-                                   int videoPacketCount, int audioPacketCount);
+                                   int videoPacketCount, int audioPacketCount,
+                                   bool decoderHoldsPictures);
 
 // The late-packet rule. `packetTimeSec` is empty for a packet without a
 // presentation time stamp. The returned seekingMovieTimeSec is the value to

@@ -39,22 +39,28 @@ TEST(PixelPassAction, SleepsWhenPausedFullOrStarved) {
     struct Case {
         double rate;
         int wanted, bitmaps, video, audio;
+        bool decoderHoldsPictures;
         PixelPassAction action;
     };
     const Case cases[] = {
-        {0.0, 15, 0, 50, 50, PixelPassAction::Sleep},   // paused
-        {1.0, 0, 0, 50, 50, PixelPassAction::Sleep},    // end of file
-        {1.0, 15, 15, 50, 50, PixelPassAction::Sleep},  // list full
-        {1.0, 10, 12, 50, 50, PixelPassAction::Sleep},  // more than the end needs
-        {1.0, 15, 0, 0, 0, PixelPassAction::Sleep},     // every list empty
-        {1.0, 15, 14, 50, 50, PixelPassAction::Decode},
-        {1.0, 15, 0, 0, 3, PixelPassAction::Decode},  // audio still queued
-        {1.0, 15, 2, 0, 0, PixelPassAction::Decode},
+        {0.0, 15, 0, 50, 50, false, PixelPassAction::Sleep},   // paused
+        {1.0, 0, 0, 50, 50, false, PixelPassAction::Sleep},    // end of file
+        {1.0, 15, 15, 50, 50, false, PixelPassAction::Sleep},  // list full
+        {1.0, 10, 12, 50, 50, false, PixelPassAction::Sleep},  // more than the end needs
+        {1.0, 15, 0, 0, 0, false, PixelPassAction::Sleep},     // every list empty
+        {1.0, 15, 0, 0, 0, true, PixelPassAction::Decode},     // ...but pictures held back
+        {1.0, 15, 15, 0, 0, true, PixelPassAction::Sleep},
+        {0.0, 15, 0, 0, 0, true, PixelPassAction::Sleep},
+        {1.0, 15, 14, 50, 50, false, PixelPassAction::Decode},
+        {1.0, 15, 0, 0, 3, false, PixelPassAction::Decode},  // audio still queued
+        {1.0, 15, 2, 0, 0, false, PixelPassAction::Decode},
     };
     for (const Case &c : cases) {
-        EXPECT_EQ(pixelPassActionFor(c.rate, c.wanted, c.bitmaps, c.video, c.audio), c.action)
+        EXPECT_EQ(pixelPassActionFor(c.rate, c.wanted, c.bitmaps, c.video, c.audio,
+                                     c.decoderHoldsPictures),
+                  c.action)
             << "rate " << c.rate << " wanted " << c.wanted << " bitmaps " << c.bitmaps << " video "
-            << c.video << " audio " << c.audio;
+            << c.video << " audio " << c.audio << " held " << c.decoderHoldsPictures;
     }
 }
 
