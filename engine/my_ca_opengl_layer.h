@@ -263,6 +263,7 @@ private:
     void decodeAudioPacketIntoSampleLists(const AVPacket &packet);
     void queueDecodedAudioFrame(const AVFrame &frame, double ptsSec);
     void countAudioDecodingFailure();
+    void markEnoughSamplesAndStartOutput();
     // Sets the decoding state of a freshly opened audio decoder.
     void resetAudioDecodingStateForNewTrack();
     void emptySampleListsAndPool();
