@@ -180,9 +180,10 @@ public:
     bool hasOutputUnit() const { return outputDeviceId.load() != 0; }
     // The device's frames per callback and channels, 0 while none is open.
     int outputFramesPerCallback() const { return outputFramesPerCallbackValue.load(); }
-    // The render callback, on the device's thread: fills `streamBytes` bytes
-    // of the device's interleaved stream. Blocks only on the short locks of
-    // the sample path and allocates nothing.
+    // The render callback, on the device's thread: fills `numberFrames`
+    // frames (0: as many as `streamBytes` holds) of the device's interleaved
+    // stream, and advances the played-sample count by as many. Blocks only on
+    // the short locks of the sample path and allocates nothing.
     void callbackUpdateAudioFrameInNumberFrames(std::uint32_t numberFrames, std::uint8_t *stream,
                                                 int streamBytes);
     // Switches to audio stream `newAudioStreamIdx`, resuming one second
@@ -283,6 +284,7 @@ private:
     void decodeAudioPacketIntoSampleLists(const AVPacket &packet);
     void queueDecodedAudioFrame(const AVFrame &frame, double ptsSec);
     void countAudioDecodingFailure();
+    void markEnoughSamplesAndStartOutput();
     // Sets the decoding state of a freshly opened audio decoder.
     void resetAudioDecodingStateForNewTrack();
     void emptySampleListsAndPool();

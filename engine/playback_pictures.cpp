@@ -15,7 +15,17 @@ constexpr double kLatePictureSec = 0.16;
 bool MyCAOpenGLLayer::hasPicturesLeftToShow() const {
     // Before the packet thread has read anything (playback just started or
     // resumed after a seek) the lists are empty too; that is not the end.
-    return bitmapDatas.count() > 0 || videoPackets.count() > 0 || !hasReadToTheEnd.load();
+    // Nor is the end reached while the decoder still gives back the pictures
+    // it held when the last packet was read, as long as the pixel thread
+    // still asks for pictures (it stops at the last frame time of the file).
+    const VideoDecoderDrainState drainState = videoDecoderDrainState.load();
+    const bool decoderHoldsPictures =
+        (drainState == VideoDecoderDrainState::EndOfFileRead ||
+         drainState == VideoDecoderDrainState::Draining) &&
+        wantedBitmapQueueLength(fileDurationSecValue, startTimeSec(), currentTimeSec(),
+                                videoFrameRate()) > 0;
+    return bitmapDatas.count() > 0 || videoPackets.count() > 0 || !hasReadToTheEnd.load() ||
+           decoderHoldsPictures;
 }
 
 bool MyCAOpenGLLayer::isPictureOnScreen() const {

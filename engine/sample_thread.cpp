@@ -132,22 +132,20 @@ SampleTurnAction MyCAOpenGLLayer::addSampleOneTurn() {
     inputs.channels = codec.ch_layout.nb_channels;
     inputs.audioBytesPerChannel = audioBytesPerChannelValue;
     const int limit = sampleQueueLimitFor(inputs);
-    if (limit < 1) {
-        return SampleTurnAction::Sleep;
-    }
-
     // Only channel 0's list is compared, for planar sources too; the count is
     // read without the lock and may be a moment old.
-    if (sampleLists.channel(0).count() >= limit) {
-        {
-            NamedLockGuard lock(enoughMutex);
-            isEnoughSampleValue = true;
+    const int queued = sampleLists.channel(0).count();
+    if (limit < 1) {
+        // The end of the audio: whatever is still queued plays out. Without
+        // this, frames queued after the output ran dry would never be
+        // played, and the clock, which waits for them, would stop short.
+        if (queued > 0 && !isEnoughSampleValue.load()) {
+            markEnoughSamplesAndStartOutput();
         }
-        // Started outside enoughMutex: starting waits for the device, whose
-        // callback may be waiting for enoughMutex.
-        if (rateValue.load() != 0.0) {
-            startOutputUnit();
-        }
+        return SampleTurnAction::Sleep;
+    }
+    if (queued >= limit) {
+        markEnoughSamplesAndStartOutput();
         return SampleTurnAction::Sleep;
     }
 
@@ -164,6 +162,18 @@ SampleTurnAction MyCAOpenGLLayer::addSampleOneTurn() {
     decodeAudioPacketIntoSampleLists(*packet);
     removeAudioPacket();
     return SampleTurnAction::Continue;
+}
+
+void MyCAOpenGLLayer::markEnoughSamplesAndStartOutput() {
+    {
+        NamedLockGuard lock(enoughMutex);
+        isEnoughSampleValue = true;
+    }
+    // Started outside enoughMutex: starting waits for the device, whose
+    // callback may be waiting for enoughMutex.
+    if (rateValue.load() != 0.0) {
+        startOutputUnit();
+    }
 }
 
 void MyCAOpenGLLayer::countAudioDecodingFailure() {

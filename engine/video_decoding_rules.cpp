@@ -97,6 +97,12 @@ PictureTime pictureTimeFor(std::int64_t frameBestEffortTimestamp, std::int64_t p
 }
 
 int videoDecoderThreadCount() {
+#if defined(__SANITIZE_THREAD__)
+    // FFmpeg hands pictures between its frame threads through atomics that
+    // ThreadSanitizer cannot see; every byte of every picture would then be
+    // reported, slowing the pixel thread past its stop bound.
+    return 1;
+#endif
     const int cores = int(std::thread::hardware_concurrency());
     return std::clamp(cores, 1, kMaxVideoDecoderThreads);
 }

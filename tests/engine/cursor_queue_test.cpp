@@ -33,6 +33,17 @@ TEST_F(CursorQueueTest, ReadMovesTheCursorWithoutRemoving) {
     EXPECT_EQ(queue.readCount(), 2);
 }
 
+TEST_F(CursorQueueTest, ResetCursorOffersTheReadItemsAgainWithoutFreeingThem) {
+    addAll({1, 2, 3});
+    queue.read();
+    queue.read();
+    queue.resetCursor();
+    EXPECT_EQ(queue.readCount(), 0);
+    EXPECT_EQ(*queue.read(), 1);
+    queue.removeThroughCursor();
+    EXPECT_EQ(contents(), (std::vector<int>{2, 3}));
+}
+
 TEST_F(CursorQueueTest, ReadPastTheEndReturnsNullAndKeepsTheCursor) {
     addAll({1, 2});
     queue.read();

@@ -144,6 +144,8 @@ int runPlayCommand(const QStringList &arguments) {
             stoppedSinceSec = wallSec;
         } else if (wallSec - stoppedSinceSec >= kLastingStopSec) {
             outputStopped = true;
+            // Playback ended when the output stopped, not when that was confirmed.
+            wallSec = stoppedSinceSec;
             break;
         }
         if (wallSec >= limitSec) {
