@@ -15,7 +15,7 @@ void MyCAOpenGLLayer::setCountAfterChangeScreen(int count) {
     countAfterChangeScreen = count;
 }
 
-bool MyCAOpenGLLayer::canDrawInCGLContext() {
+bool MyCAOpenGLLayer::canDrawInCGLContext(PictureDecision *outcome) {
     NamedLockGuard drawLock(drawVideoMutex);
     DrawDecisionState state;
     state.isResized = isResized;
@@ -51,6 +51,12 @@ bool MyCAOpenGLLayer::canDrawInCGLContext() {
     if (decision.isSkipping) {
         isSkippingValue = *decision.isSkipping;
     }
+    PictureDecision done;
+    done.ptsSec = state.nextFrameTimeSec.value_or(0.0);
+    done.clockSec = state.currentTimeSec;
+    if (decision.isSeekingVideoCleared) {
+        done.kind = PictureDecision::Kind::SeekPreview;
+    }
     switch (decision.frameAction) {
     case NextFrameAction::None:
         break;
@@ -64,11 +70,16 @@ bool MyCAOpenGLLayer::canDrawInCGLContext() {
         frameWidth = float(due.width);
         frameHeight = float(due.height);
         hasPictureOnScreen = true;
+        done.kind = PictureDecision::Kind::Shown;
         break;
     }
     case NextFrameAction::Discard:
         removeBitmapData();  // freed here: late pictures are never shown
+        done.kind = PictureDecision::Kind::Late;
         break;
+    }
+    if (outcome != nullptr) {
+        *outcome = done;
     }
     return decision.answer;
 }

@@ -42,8 +42,8 @@ enum class PacketPassAction { Sleep, Read };
 // What the sample thread does after one turn: sleep an idle turn, or go on at once.
 enum class SampleTurnAction { Sleep, Continue };
 
-// One draw decision: nothing new, the seek preview, a due picture made
-// current, or a late picture discarded. `ptsSec` and `clockSec` are the
+// What one draw decision did: nothing new, the seek preview, a due picture
+// made current, or a late picture discarded. `ptsSec` and `clockSec` are the
 // picture's time and the clock it was judged against.
 struct PictureDecision {
     enum class Kind { Nothing, SeekPreview, Shown, Late };
@@ -204,10 +204,6 @@ public:
     std::int64_t lastSeekTimestamp() const { return lastSeekTimestampValue; }
     double seekingMovieTime() const { return seekingMovieTimeSec.load(); }
 
-    // --- The draw decision without drawing (playback_pictures.cpp), for a
-    // window-less consumer such as the probe: once per refresh, decides which
-    // picture is current at the clock, as the view's draw decision does.
-    PictureDecision decidePictureWithoutDrawing();
     // Late pictures are being discarded.
     bool isSkipping() const { return isSkippingValue.load(); }
 
@@ -265,8 +261,9 @@ public:
     void setIsResized(bool resized);
     void setCountAfterChangeScreen(int count);
     // The per-refresh decision: true when the current picture should be
-    // drawn now. Takes the picture that is due from the bitmap list.
-    bool canDrawInCGLContext();
+    // drawn now. Takes the picture that is due from the bitmap list, and
+    // tells what it did through `outcome` when given.
+    bool canDrawInCGLContext(PictureDecision *outcome = nullptr);
     // Whether the last decision found that no audio has played yet, so the
     // view shows black instead of a picture.
     bool shouldClearBeforeDrawing() const { return clearBeforeDrawing.load(); }

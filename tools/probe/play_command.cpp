@@ -19,7 +19,8 @@ namespace tolvane::probe {
 
 namespace {
 
-constexpr auto kPollInterval = std::chrono::milliseconds(2);
+// Decisions are made as a 60 Hz display would make them.
+constexpr auto kRefreshInterval = std::chrono::microseconds(16667);
 // Without --for, playback is given this long beyond the file's duration to end.
 constexpr double kGraceAfterDurationSec = 5.0;
 constexpr double kLastingStopSec = 0.5;
@@ -119,6 +120,7 @@ int runPlayCommand(const QStringList &arguments) {
     double firstAdvanceClockSec = 0.0;
     double stoppedSinceSec = -1.0;  // wall time the output was first seen stopped, -1 while running
     double wallSec = 0.0;
+    auto nextRefresh = std::chrono::steady_clock::now();
     for (;;) {
         wallSec =
             std::chrono::duration<double>(std::chrono::steady_clock::now() - wallStart).count();
@@ -126,8 +128,8 @@ int runPlayCommand(const QStringList &arguments) {
             firstAdvanceWallSec = wallSec;
             firstAdvanceClockSec = engine.currentTimeSec();
         }
-        // One draw decision per poll, as a display refreshing every kPollInterval would.
-        const PictureDecision decision = engine.decidePictureWithoutDrawing();
+        PictureDecision decision;
+        engine.canDrawInCGLContext(&decision);
         if (decision.kind == PictureDecision::Kind::Shown) {
             syncErrorsMs.push_back((decision.ptsSec - decision.clockSec) * 1000.0);
         } else if (decision.kind == PictureDecision::Kind::Late) {
@@ -151,7 +153,8 @@ int runPlayCommand(const QStringList &arguments) {
         if (wallSec >= limitSec) {
             break;
         }
-        std::this_thread::sleep_for(kPollInterval);
+        nextRefresh += kRefreshInterval;
+        std::this_thread::sleep_until(nextRefresh);
     }
     const double clockEndSec = engine.currentTimeSec();
     const double cpuSec = processCpuSec() - cpuStart;
