@@ -13,6 +13,9 @@ MyVideoView::MyVideoView(QWidget *parent) : QOpenGLWidget(parent) {
 }
 
 MyVideoView::~MyVideoView() {
+    // The base class destroys the context after this object is gone: the
+    // release must not run from its signal then.
+    disconnect(contextDestructionConnection);
     if (rendererReady) {
         makeCurrent();
         renderer.release();
@@ -92,7 +95,8 @@ void MyVideoView::onFrameSwapped() {
 void MyVideoView::initializeGL() {
     rendererReady = renderer.initialize();
     update();  // starts judging how swaps are paced
-    connect(context(), &QOpenGLContext::aboutToBeDestroyed, this, [this] {
+    disconnect(contextDestructionConnection);
+    contextDestructionConnection = connect(context(), &QOpenGLContext::aboutToBeDestroyed, this, [this] {
         makeCurrent();
         renderer.release();
         rendererReady = false;

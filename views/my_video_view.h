@@ -47,6 +47,7 @@ private:
     VideoPictureRenderer renderer;
     RefreshPacing pacing{60.0};
     QTimer refreshTimer;
+    QMetaObject::Connection contextDestructionConnection;
     bool drawPending = false;
     bool rendererReady = false;
     int decisions = 0;
