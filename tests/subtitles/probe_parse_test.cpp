@@ -3,25 +3,16 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QTemporaryFile>
 
+#include "support/probe_runner.h"
 #include "support/qt_printers.h"
 
 namespace tolvane {
 namespace {
 
-struct ProbeRun {
-    int exitCode = -1;
-    QJsonObject json;
-};
-
-ProbeRun runProbe(const QStringList &arguments) {
-    QProcess process;
-    process.start(QStringLiteral(TOLVANE_PROBE_PATH), arguments);
-    process.waitForFinished(60000);
-    return {process.exitCode(), QJsonDocument::fromJson(process.readAllStandardOutput()).object()};
-}
+using test::ProbeRun;
+using test::runProbe;
 
 QString fixture(const char *name) {
     return QStringLiteral(TOLVANE_FIXTURE_DIR "/subtitles/") + QString::fromUtf8(name);

@@ -3,9 +3,9 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 
 #include "subtitle_test_folder.h"
+#include "support/probe_runner.h"
 #include "support/qt_printers.h"
 
 namespace tolvane {
@@ -14,17 +14,8 @@ namespace {
 using test::encodeAs;
 using test::SubtitleTestFolder;
 
-struct ProbeRun {
-    int exitCode = -1;
-    QJsonDocument json;
-};
-
-ProbeRun runProbe(const QStringList &arguments) {
-    QProcess process;
-    process.start(QStringLiteral(TOLVANE_PROBE_PATH), arguments);
-    process.waitForFinished(60000);
-    return {process.exitCode(), QJsonDocument::fromJson(process.readAllStandardOutput())};
-}
+using test::ProbeRun;
+using test::runProbe;
 
 const QByteArray kTwoClassSami = QStringLiteral(
                                      "<SAMI><BODY>\n"
@@ -49,7 +40,7 @@ protected:
 TEST_F(ProbeSubtitlesTest, SubtitlesListsTheEntriesAndTheDefaultChoice) {
     const ProbeRun run = runProbe({"subtitles", video});
     ASSERT_EQ(run.exitCode, 0);
-    const QJsonObject json = run.json.object();
+    const QJsonObject json = run.document.object();
     EXPECT_EQ(json["firstOrderIdx"].toInt(), 1) << "the Korean class";
     EXPECT_EQ(json["secondOrderIdx"].toInt(), -100);
     const QJsonArray entries = json["entries"].toArray();
@@ -79,15 +70,15 @@ TEST_F(ProbeSubtitlesTest, SubtitlesTakesTheChosenFolderDiscTitleAndEncoding) {
     const ProbeRun run = runProbe(
         {"subtitles", disc, "--where", folder.path("where"), "--bdmv", "--encoding-item", "6"});
     ASSERT_EQ(run.exitCode, 0);
-    const QJsonArray entries = run.json.object()["entries"].toArray();
+    const QJsonArray entries = run.document.object()["entries"].toArray();
     ASSERT_EQ(entries.size(), 1);
     EXPECT_EQ(entries[0]["pathType"].toString(), "b");
     EXPECT_EQ(entries[0]["error"].toString(), "x");
     EXPECT_EQ(entries[0]["lang"].toString(), "1");
 
     const ProbeRun withoutDisc = runProbe({"subtitles", disc, "--where", folder.path("where")});
-    EXPECT_EQ(withoutDisc.json.object()["entries"].toArray().size(), 0);
-    EXPECT_EQ(withoutDisc.json.object()["firstOrderIdx"].toInt(), -100);
+    EXPECT_EQ(withoutDisc.document.object()["entries"].toArray().size(), 0);
+    EXPECT_EQ(withoutDisc.document.object()["firstOrderIdx"].toInt(), -100);
 }
 
 TEST_F(ProbeSubtitlesTest, CaptionsFollowsClicksDelayAndTheIntegratedMode) {
@@ -122,7 +113,7 @@ TEST_F(ProbeSubtitlesTest, CaptionsFollowsClicksDelayAndTheIntegratedMode) {
     for (const Case &c : cases) {
         const ProbeRun run = runProbe(QStringList{"captions", video} + c.options);
         EXPECT_EQ(run.exitCode, 0) << c.what;
-        EXPECT_EQ(QString::fromUtf8(run.json.toJson(QJsonDocument::Compact)),
+        EXPECT_EQ(QString::fromUtf8(run.document.toJson(QJsonDocument::Compact)),
                   QString::fromUtf8(c.expected))
             << c.what;
     }

@@ -2,9 +2,9 @@
 
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QSet>
 
+#include "support/probe_runner.h"
 #include "support/qt_printers.h"
 #include "support/test_media.h"
 
@@ -17,12 +17,10 @@ struct FramesRun {
 };
 
 FramesRun runFrames(const QStringList &arguments) {
-    QProcess process;
-    process.start(QStringLiteral(TOLVANE_PROBE_PATH), QStringList{"frames"} + arguments);
-    process.waitForFinished(60000);
+    const test::ProbeRun probe = test::runProbe(QStringList{"frames"} + arguments);
     FramesRun run;
-    run.exitCode = process.exitCode();
-    for (const QByteArray &line : process.readAllStandardOutput().split('\n')) {
+    run.exitCode = probe.exitCode;
+    for (const QByteArray &line : probe.standardOutput.split('\n')) {
         if (!line.isEmpty()) {
             run.lines.push_back(QJsonDocument::fromJson(line).object());
         }

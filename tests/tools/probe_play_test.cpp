@@ -2,35 +2,23 @@
 
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QProcessEnvironment>
 
+#include "support/probe_runner.h"
 #include "support/qt_printers.h"
 #include "support/test_media.h"
 
 namespace tolvane {
 namespace {
 
-struct PlayRun {
-    int exitCode = -1;
-    QJsonObject json;
-};
-
-PlayRun runPlay(const QStringList &arguments) {
-    QProcess process;
+test::ProbeRun runPlay(const QStringList &arguments) {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("SDL_AUDIODRIVER"), QStringLiteral("dummy"));
-    process.setProcessEnvironment(environment);
-    process.start(QStringLiteral(TOLVANE_PROBE_PATH), QStringList{"play"} + arguments);
-    process.waitForFinished(60000);
-    PlayRun run;
-    run.exitCode = process.exitCode();
-    run.json = QJsonDocument::fromJson(process.readAllStandardOutput()).object();
-    return run;
+    return test::runProbe(QStringList{"play"} + arguments, environment);
 }
 
 TEST(ProbePlay, PlaysToTheEndAndReportsTheSummary) {
-    const PlayRun run = runPlay({test::mediaPath("h264_aac.mkv")});
+    const test::ProbeRun run = runPlay({test::mediaPath("h264_aac.mkv")});
     ASSERT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.json["result"].toString(), "+1000");
     EXPECT_TRUE(run.json["endReached"].toBool());
@@ -50,7 +38,7 @@ TEST(ProbePlay, PlaysToTheEndAndReportsTheSummary) {
 }
 
 TEST(ProbePlay, SeeksAndStopsAfterTheGivenTime) {
-    const PlayRun run =
+    const test::ProbeRun run =
         runPlay({test::mediaPath("long_h264_aac.mkv"), "--seek", "9.5", "--for", "0.5"});
     ASSERT_EQ(run.exitCode, 0);
     // Into the last two seconds: two seconds before the end.
@@ -62,7 +50,7 @@ TEST(ProbePlay, SeeksAndStopsAfterTheGivenTime) {
 TEST(ProbePlay, RefusesBadArgumentsAndReportsFailedOpens) {
     EXPECT_EQ(runPlay({}).exitCode, 2);
     EXPECT_EQ(runPlay({test::mediaPath("h264_aac.mkv"), "--seek", "soon"}).exitCode, 2);
-    const PlayRun run = runPlay({test::mediaPath("video_only.mkv")});
+    const test::ProbeRun run = runPlay({test::mediaPath("video_only.mkv")});
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_EQ(run.json["result"].toString(), "-2003");
 }

@@ -2,28 +2,16 @@
 
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 
+#include "support/probe_runner.h"
 #include "support/qt_printers.h"
 #include "support/test_media.h"
 
 namespace tolvane {
 namespace {
 
-struct ProbeRun {
-    int exitCode = -1;
-    QJsonObject json;
-};
-
-ProbeRun runProbe(const QStringList &arguments) {
-    QProcess process;
-    process.start(QStringLiteral(TOLVANE_PROBE_PATH), arguments);
-    process.waitForFinished(60000);
-    ProbeRun run;
-    run.exitCode = process.exitCode();
-    run.json = QJsonDocument::fromJson(process.readAllStandardOutput()).object();
-    return run;
-}
+using test::ProbeRun;
+using test::runProbe;
 
 TEST(ProbeTracks, PrintsTheRecordForAGoodFile) {
     const ProbeRun run = runProbe({"tracks", test::mediaPath("audio_first.mkv")});
