@@ -18,8 +18,11 @@ using subtitles::StyledString;
 namespace {
 
 // Stroke widths count in percent of the font size; negative ones stroke and
-// fill, positive ones only stroke, 0 only fills.
+// fill, positive ones only stroke, 0 only fills. The width is what shows
+// outside the glyph: the pen is centred on the glyph's edge and the fill
+// string covers its inner half, so the pen is twice as wide.
 constexpr double kStrokeWidthPercent = 100.0;
+constexpr double kPenWidthPerVisibleStrokeWidth = 2.0;
 // Room between a ruby annotation's descent and its base row's ascent, as a
 // fraction of the annotation's font size.
 constexpr double kRubyGapFontFraction = 0.05;
@@ -111,8 +114,8 @@ void paintStyledString(QPainter &painter, const StyledString &string, QPointF or
         const QString text = runText(string, run);
         QPainterPath path;
         path.addText(QPointF(x, origin.y()), font, text);
-        const double penWidth =
-            std::abs(attributes.strokeWidth) * attributes.fontSize / kStrokeWidthPercent;
+        const double penWidth = std::abs(attributes.strokeWidth) * attributes.fontSize /
+                                kStrokeWidthPercent * kPenWidthPerVisibleStrokeWidth;
         if (attributes.strokeWidth != 0.0 && penWidth > 0.0) {
             painter.setPen(QPen(colorFromCaptionColor(attributes.strokeColor), penWidth,
                                 Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
