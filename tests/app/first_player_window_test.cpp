@@ -4,7 +4,9 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QImage>
+#include <QTemporaryDir>
 #include <set>
 
 #include "support/qt_printers.h"
@@ -63,7 +65,8 @@ TEST_F(FirstPlayerWindowTest, PlaysTheFileInStepWithTheClockAndShowsItsPicture) 
 
 TEST_F(FirstPlayerWindowTest, PauseFreezesTheClockAndSeekShowsAPreview) {
     // Long enough that a seek lands neither in the first nor in the last two seconds.
-    ASSERT_EQ(window.openAndPlay(test::mediaPath("h264_aac_8s.mkv")), QLatin1String(kOpenSucceeded));
+    ASSERT_EQ(window.openAndPlay(test::mediaPath("h264_aac_8s.mkv")),
+              QLatin1String(kOpenSucceeded));
     spinEventsUntil([&] { return window.engine().currentTimeSec() > 0.3; }, 15000);
     window.togglePlayPause();
     EXPECT_EQ(window.engine().rate(), 0.0);
@@ -77,6 +80,58 @@ TEST_F(FirstPlayerWindowTest, PauseFreezesTheClockAndSeekShowsAPreview) {
     spinEventsUntil([&] { return window.videoView().drawCount() > drawsBefore; }, 5000);
     EXPECT_GT(window.videoView().drawCount(), drawsBefore) << "the preview is drawn while paused";
     EXPECT_NEAR(window.engine().currentTimeSec(), paused + 3.0, 0.5);
+}
+
+// Two classes, the Korean one chosen first by default.
+constexpr const char *kEpisodeSami = R"(<SAMI><HEAD><STYLE TYPE="text/css"><!--
+.KRCC { Name:Korean; lang:ko-KR; SAMIType:CC; }
+.ENCC { Name:English; lang:en-US; SAMIType:CC; }
+--></STYLE></HEAD><BODY>
+<SYNC Start=0><P Class=KRCC>First track line
+<SYNC Start=0><P Class=ENCC><font color="#ff0000">Second</font> track line
+</BODY></SAMI>
+)";
+
+TEST_F(FirstPlayerWindowTest, ShowsTheCaptionsFoundBesideTheFileAndASecondTrackOnRequest) {
+    // TOLVANE_SCREENSHOT_VIDEO plays a video of one's own (with the captions
+    // beside it) instead, for a screenshot of real media.
+    QString video = QString::fromLocal8Bit(qgetenv("TOLVANE_SCREENSHOT_VIDEO"));
+    QTemporaryDir folder;
+    if (video.isEmpty()) {
+        ASSERT_TRUE(folder.isValid());
+        video = folder.filePath(QStringLiteral("episode.mkv"));
+        ASSERT_TRUE(QFile::copy(test::mediaPath("h264_aac_8s.mkv"), video));
+        QFile sami(folder.filePath(QStringLiteral("episode.smi")));
+        ASSERT_TRUE(sami.open(QIODevice::WriteOnly));
+        sami.write(kEpisodeSami);
+    }
+    ASSERT_EQ(window.openAndPlay(video), QLatin1String(kOpenSucceeded));
+    ASSERT_EQ(window.subtitle().entryCount(), 2);
+    const auto groupShown = [&](const char *name) {
+        return window.overlay().shownGroups().count(QString::fromLatin1(name)) == 1;
+    };
+    spinEventsUntil([&] { return groupShown("fst.bottom"); }, 5000);
+    EXPECT_TRUE(groupShown("fst.bottom"));
+    EXPECT_FALSE(groupShown("snd.top")) << "one track by default";
+
+    window.toggleSecondCaptionTrack();
+    EXPECT_NE(window.subtitle().sndOrderIdx(), subtitles::kNoTrackOrderIdx);
+    spinEventsUntil([&] { return groupShown("snd.top") || window.engine().currentTimeSec() > 3.0; },
+                    5000);
+    EXPECT_TRUE(groupShown("fst.bottom"));
+    EXPECT_TRUE(groupShown("snd.top"));
+    EXPECT_EQ(window.overlay().size(), window.videoView().size());
+    const QByteArray screenshot = qgetenv("TOLVANE_SCREENSHOT");
+    if (!screenshot.isEmpty()) {
+        const double atSec = qEnvironmentVariable("TOLVANE_SCREENSHOT_AT_SEC").toDouble();
+        spinEventsUntil([&] { return window.engine().currentTimeSec() >= atSec; }, 10000);
+        spinEventsUntil([] { return false; }, 200);
+        window.grab().save(QString::fromLocal8Bit(screenshot));
+    }
+
+    window.toggleSecondCaptionTrack();
+    EXPECT_EQ(window.subtitle().sndOrderIdx(), subtitles::kNoTrackOrderIdx);
+    EXPECT_FALSE(groupShown("snd.top")) << "hiding the second track clears it at once";
 }
 
 TEST_F(FirstPlayerWindowTest, AFileThatCannotPlayReportsItsCode) {
