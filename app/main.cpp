@@ -3,8 +3,8 @@
 
 #include <QApplication>
 #include <QMessageBox>
-#include <QTextStream>
 #include <QSurfaceFormat>
+#include <QTextStream>
 
 #include "app/first_player_window.h"
 #include "base/localized_strings.h"

@@ -19,9 +19,7 @@ using Clock = std::chrono::steady_clock;
 
 const char *const kClips[] = {"h264_1080p.mkv", "h264_1080p_10bit.mkv"};
 
-std::string clipPath(int index) {
-    return std::string(TOLVANE_BENCH_MEDIA_DIR "/") + kClips[index];
-}
+std::string clipPath(int index) { return std::string(TOLVANE_BENCH_MEDIA_DIR "/") + kClips[index]; }
 
 struct DecodeRun {
     int pictures = 0;

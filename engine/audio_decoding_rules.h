@@ -23,14 +23,10 @@ int sampleQueueLimitFor(const SampleQueueLimitInputs &inputs);
 
 // The frame size assumed for a codec that reports none, until the first
 // decoded frame tells the true one.
-inline constexpr int defaultAudioFrameSizeFor(bool isPlanar) {
-    return isPlanar ? 512 : 1024;
-}
+inline constexpr int defaultAudioFrameSizeFor(bool isPlanar) { return isPlanar ? 512 : 1024; }
 
 // The decode-error count after one more failure: it climbs to 3, then jumps
 // to 4 and stays there.
-inline constexpr int nextAudioDecodingErrorCount(int count) {
-    return count < 3 ? count + 1 : 4;
-}
+inline constexpr int nextAudioDecodingErrorCount(int count) { return count < 3 ? count + 1 : 4; }
 
 }  // namespace tolvane

@@ -28,7 +28,7 @@ int framesPerCallbackFor(int sampleRate) {
 
 // The sample lists as the pool sees them.
 class SampleListsNodeSource final : public SampleNodeSource {
-  public:
+public:
     explicit SampleListsNodeSource(SampleLists &lists) : lists_(lists) {}
     void resetReadCursor(int channel) override { lists_.channel(channel).resetCursor(); }
     const std::vector<std::uint8_t> *readNode(int channel) override {
@@ -37,7 +37,7 @@ class SampleListsNodeSource final : public SampleNodeSource {
     }
     void removeReadNodes(int channel) override { lists_.channel(channel).removeThroughCursor(); }
 
-  private:
+private:
     SampleLists &lists_;
 };
 

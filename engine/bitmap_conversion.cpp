@@ -43,15 +43,11 @@ constexpr std::uint8_t kOpaque8 = 255;
 inline int truncatedTenThousandths(int numerator) {
     return static_cast<int>(static_cast<float>(numerator) / 10000.0f);
 }
-inline int redOffset(int v) {
-    return truncatedTenThousandths((v - kChromaZero) * 14020);
-}
+inline int redOffset(int v) { return truncatedTenThousandths((v - kChromaZero) * 14020); }
 inline int greenOffset(int u, int v) {
     return truncatedTenThousandths((v - kChromaZero) * 7143 + (u - kChromaZero) * 3437);
 }
-inline int blueOffset(int u) {
-    return truncatedTenThousandths((u - kChromaZero) * 17700);
-}
+inline int blueOffset(int u) { return truncatedTenThousandths((u - kChromaZero) * 17700); }
 
 inline std::uint8_t to8bit(int tenBitValue) {
     // Divided by 4 truncating towards zero, then clamped: negatives become 0.
@@ -183,15 +179,11 @@ TOLVANE_ROW_LOOP void argb8Row(const std::uint16_t *__restrict luma,
 
 }  // namespace
 
-int redOffsetFor10bitChroma(int v10) {
-    return redOffset(v10 & kTenBitMask);
-}
+int redOffsetFor10bitChroma(int v10) { return redOffset(v10 & kTenBitMask); }
 int greenOffsetFor10bitChroma(int u10, int v10) {
     return greenOffset(u10 & kTenBitMask, v10 & kTenBitMask);
 }
-int blueOffsetFor10bitChroma(int u10) {
-    return blueOffset(u10 & kTenBitMask);
-}
+int blueOffsetFor10bitChroma(int u10) { return blueOffset(u10 & kTenBitMask); }
 
 BitmapLayout bitmapLayoutFor(int pixelFormatMode, bool is10bitMode) {
     switch (pixelFormatMode) {

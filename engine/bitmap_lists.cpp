@@ -9,17 +9,13 @@ void MyCAOpenGLLayer::addBitmapData(BitmapBytes bitmapData, double ptsSecData, i
     bitmapDatas.add(BitmapData{std::move(bitmapData), ptsSecData, width, height});
 }
 
-const BitmapData *MyCAOpenGLLayer::getBitmapData() {
-    return bitmapDatas.read();
-}
+const BitmapData *MyCAOpenGLLayer::getBitmapData() { return bitmapDatas.read(); }
 
 std::vector<BitmapData> MyCAOpenGLLayer::removeBitmapData() {
     return bitmapDatas.takeThroughCursor();
 }
 
-void MyCAOpenGLLayer::removeAllBitmapDatas() {
-    bitmapDatas.removeAll();
-}
+void MyCAOpenGLLayer::removeAllBitmapDatas() { bitmapDatas.removeAll(); }
 
 void MyCAOpenGLLayer::addHoldingBitmapData(BitmapBytes bitmapData, double hPTSData) {
     holdingBitmapDatas.add(HoldingBitmapData{std::move(bitmapData), hPTSData});
@@ -38,9 +34,7 @@ std::vector<HoldingBitmapData> MyCAOpenGLLayer::removeHoldingBitmapData() {
     return holdingBitmapDatas.takeThroughCursor();
 }
 
-void MyCAOpenGLLayer::removeAllHoldingBitmapDatas() {
-    holdingBitmapDatas.removeAll();
-}
+void MyCAOpenGLLayer::removeAllHoldingBitmapDatas() { holdingBitmapDatas.removeAll(); }
 
 void MyCAOpenGLLayer::readSeekPreview(
     const std::function<void(const BitmapBytes &, float, float)> &reader) const {

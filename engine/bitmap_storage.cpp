@@ -22,7 +22,7 @@ struct PooledBlock {
 
 // Process-wide; bitmaps must not outlive static destruction.
 class BitmapStoragePool {
-  public:
+public:
     ~BitmapStoragePool() { releaseAll(); }
 
     void *take(std::size_t bytes) {
@@ -73,7 +73,7 @@ class BitmapStoragePool {
         }
     }
 
-  private:
+private:
     std::mutex mutex_;
     std::deque<PooledBlock> blocks_;  // guarded by mutex_; oldest first
     std::size_t pooledBytes_ = 0;     // guarded by mutex_
@@ -110,8 +110,6 @@ void releaseBitmapStorage(void *block, std::size_t bytes) noexcept {
     }
 }
 
-void releasePooledBitmapStorage() noexcept {
-    bitmapStoragePool().releaseAll();
-}
+void releasePooledBitmapStorage() noexcept { bitmapStoragePool().releaseAll(); }
 
 }  // namespace tolvane

@@ -114,7 +114,8 @@ public:
         if (!hasCursor_) {
             return 0;
         }
-        return int(std::distance(items_.cbegin(), typename std::list<T>::const_iterator(cursor_))) + 1;
+        return int(std::distance(items_.cbegin(), typename std::list<T>::const_iterator(cursor_))) +
+               1;
     }
 
     // Calls `visit` on every item in order, under the lock.
@@ -128,10 +129,10 @@ public:
 
 private:
     NamedRecursiveMutex &mutex_;
-    std::list<T> items_;                       // guarded by mutex_
-    typename std::list<T>::iterator cursor_;   // guarded by mutex_; valid while hasCursor_
-    bool hasCursor_ = false;                   // guarded by mutex_
-    std::atomic<int> count_{0};                // written under mutex_, read anywhere
+    std::list<T> items_;                      // guarded by mutex_
+    typename std::list<T>::iterator cursor_;  // guarded by mutex_; valid while hasCursor_
+    bool hasCursor_ = false;                  // guarded by mutex_
+    std::atomic<int> count_{0};               // written under mutex_, read anywhere
 };
 
 }  // namespace tolvane

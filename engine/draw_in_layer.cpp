@@ -58,25 +58,25 @@ bool MyCAOpenGLLayer::canDrawInCGLContext(PictureDecision *outcome) {
         done.kind = PictureDecision::Kind::SeekPreview;
     }
     switch (decision.frameAction) {
-    case NextFrameAction::None:
-        break;
-    case NextFrameAction::OfferAgain:
-        bitmapDatas.resetCursor();
-        break;
-    case NextFrameAction::MakeCurrent: {
-        std::vector<BitmapData> taken = removeBitmapData();
-        BitmapData &due = taken.back();
-        bitmapDataForTemp = std::move(due.data);
-        frameWidth = float(due.width);
-        frameHeight = float(due.height);
-        hasPictureOnScreen = true;
-        done.kind = PictureDecision::Kind::Shown;
-        break;
-    }
-    case NextFrameAction::Discard:
-        removeBitmapData();  // freed here: late pictures are never shown
-        done.kind = PictureDecision::Kind::Late;
-        break;
+        case NextFrameAction::None:
+            break;
+        case NextFrameAction::OfferAgain:
+            bitmapDatas.resetCursor();
+            break;
+        case NextFrameAction::MakeCurrent: {
+            std::vector<BitmapData> taken = removeBitmapData();
+            BitmapData &due = taken.back();
+            bitmapDataForTemp = std::move(due.data);
+            frameWidth = float(due.width);
+            frameHeight = float(due.height);
+            hasPictureOnScreen = true;
+            done.kind = PictureDecision::Kind::Shown;
+            break;
+        }
+        case NextFrameAction::Discard:
+            removeBitmapData();  // freed here: late pictures are never shown
+            done.kind = PictureDecision::Kind::Late;
+            break;
     }
     if (outcome != nullptr) {
         *outcome = done;

@@ -130,9 +130,8 @@ double MyCAOpenGLLayer::currentTimeSec() const {
     if (found == tracksRecord.audiotrack.end()) {
         return 0.0;
     }
-    const double sampleRate = found->second.samplerate <= 8000
-                                  ? kLowestClockSampleRate
-                                  : double(found->second.samplerate);
+    const double sampleRate = found->second.samplerate <= 8000 ? kLowestClockSampleRate
+                                                               : double(found->second.samplerate);
     NamedLockGuard lock(sampleCountMutex);
     return double(gOutputtedSampleCount.load()) / sampleRate;
 }

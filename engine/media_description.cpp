@@ -55,26 +55,26 @@ bool isUglyKeyframeFromIndexEntries(std::span<const IndexEntrySummary> entries) 
 
 int pixelFormatModeFor(AVPixelFormat pixelFormat) {
     switch (pixelFormat) {
-    case AV_PIX_FMT_YUV420P:
-        return kPixelFormat420p8;
-    case AV_PIX_FMT_YUV420P10LE:
-        return kPixelFormat420p10;
-    case AV_PIX_FMT_YUV444P10LE:
-        return kPixelFormat444p10;
-    default:
-        return kPixelFormatUnsupported;
+        case AV_PIX_FMT_YUV420P:
+            return kPixelFormat420p8;
+        case AV_PIX_FMT_YUV420P10LE:
+            return kPixelFormat420p10;
+        case AV_PIX_FMT_YUV444P10LE:
+            return kPixelFormat444p10;
+        default:
+            return kPixelFormatUnsupported;
     }
 }
 
 int audioBytesPerChannelFor(AVSampleFormat sampleFormat) {
     switch (sampleFormat) {
-    case AV_SAMPLE_FMT_S32:
-    case AV_SAMPLE_FMT_FLT:
-    case AV_SAMPLE_FMT_S32P:
-    case AV_SAMPLE_FMT_FLTP:
-        return 4;
-    default:
-        return 2;
+        case AV_SAMPLE_FMT_S32:
+        case AV_SAMPLE_FMT_FLT:
+        case AV_SAMPLE_FMT_S32P:
+        case AV_SAMPLE_FMT_FLTP:
+            return 4;
+        default:
+            return 2;
     }
 }
 

@@ -154,7 +154,9 @@ public:
     void removeSampleDataForChannel(int channel);
     // Also zeroes both sample counters and clears isEnoughSample.
     void removeAllSampleDatasForChannel(int channel);
-    int sampleDataCountForChannel(int channel) const { return sampleLists.channel(channel).count(); }
+    int sampleDataCountForChannel(int channel) const {
+        return sampleLists.channel(channel).count();
+    }
     // 1 for packed sources, the channel count (at most 8) for planar ones.
     int sampleListCount() const;
     bool isEnoughSample() const { return isEnoughSampleValue.load(); }
@@ -325,7 +327,7 @@ private:
     CodecContextPtr aCodecCtx;
     const AVCodec *vCodec = nullptr;
     const AVCodec *aCodec = nullptr;
-    FramePtr vFrame;             // guarded by bitmapDataThreadMutex
+    FramePtr vFrame;  // guarded by bitmapDataThreadMutex
     FramePtr vFrameForSeeking;
 
     // --- Stream choice and media description
@@ -365,15 +367,15 @@ private:
     std::atomic<bool> isAlsoHaveMovieValue{false};
     std::atomic<bool> isSeekingVideo{false};
     std::atomic<bool> isSeekingAudio{false};
-    int countSeek = 0;                          // guarded by seekMutex
+    int countSeek = 0;  // guarded by seekMutex
     std::atomic<double> seekingMovieTimeSec{0.0};
 
     // --- Drawing
-    bool isResized = true;          // guarded by drawVideoMutex
+    bool isResized = true;           // guarded by drawVideoMutex
     int countAfterChangeScreen = 0;  // guarded by drawVideoMutex
-    BitmapBytes bitmapDataForTemp;                // guarded by bitmapDataQueueMutex
-    float frameWidth = 0.0f;                      // guarded by bitmapDataQueueMutex
-    float frameHeight = 0.0f;                     // guarded by bitmapDataQueueMutex
+    BitmapBytes bitmapDataForTemp;   // guarded by bitmapDataQueueMutex
+    float frameWidth = 0.0f;         // guarded by bitmapDataQueueMutex
+    float frameHeight = 0.0f;        // guarded by bitmapDataQueueMutex
 
     std::atomic<bool> isAsynchronousValue{false};
     std::atomic<bool> clearBeforeDrawing{true};
@@ -383,12 +385,12 @@ private:
     // --- Audio decoding and sample lists
     std::unique_ptr<WorkerThread> sampleThread;
     SampleLists sampleLists{sampleDataQueueMutex};
-    SamplePool samplePool;                          // guarded by samplePoolMutex
-    std::atomic<bool> isEnoughSampleValue{false};   // written under enoughMutex, read anywhere
+    SamplePool samplePool;                         // guarded by samplePoolMutex
+    std::atomic<bool> isEnoughSampleValue{false};  // written under enoughMutex, read anywhere
     std::atomic<bool> isFrameSizeZero{false};
     std::atomic<int> countAudioDecodingErrorValue{0};
-    int audioFrameSize = 0;                         // guarded by sampleDataThreadMutex
-    FramePtr aFrame;                                // guarded by sampleDataThreadMutex
+    int audioFrameSize = 0;  // guarded by sampleDataThreadMutex
+    FramePtr aFrame;         // guarded by sampleDataThreadMutex
 
     // --- Audio output
     std::unique_ptr<SdlAudioDevice> theOutputUnit;  // created and destroyed on the main thread
@@ -400,9 +402,9 @@ private:
     std::atomic<float> outputVolume{1.0f};
     // What the callback renders, fixed at set-up; guarded by samplePoolMutex.
     SourceLayout renderLayout;
-    int outputDeviceChannels = 2;                   // guarded by samplePoolMutex
-    std::vector<std::uint8_t> gatherScratch;        // guarded by samplePoolMutex
-    std::vector<std::uint8_t> renderScratch;        // guarded by samplePoolMutex
+    int outputDeviceChannels = 2;             // guarded by samplePoolMutex
+    std::vector<std::uint8_t> gatherScratch;  // guarded by samplePoolMutex
+    std::vector<std::uint8_t> renderScratch;  // guarded by samplePoolMutex
 
     // --- Seeking
     // Whether a picture is current (a seek preview or a shown frame), for the
@@ -413,7 +415,7 @@ private:
     // clears it. Until then more pictures may come however empty the lists.
     std::atomic<bool> hasReadToTheEnd{false};
 
-    int lastSeekFlagsValue = 0;             // guarded by seekMutex
+    int lastSeekFlagsValue = 0;               // guarded by seekMutex
     std::int64_t lastSeekTimestampValue = 0;  // guarded by seekMutex
 
     // --- Pixel thread and bitmap lists

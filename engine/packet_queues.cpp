@@ -51,9 +51,10 @@ void MyCAOpenGLLayer::startPacketThread() {
     if (packetThread) {
         return;
     }
-    packetThread = std::make_unique<WorkerThread>(
-        "tolvane-packet",
-        [this](const std::function<bool()> &isCancelled) { addPacketOnThreadOnlyOne(isCancelled); });
+    packetThread = std::make_unique<WorkerThread>("tolvane-packet",
+                                                  [this](const std::function<bool()> &isCancelled) {
+                                                      addPacketOnThreadOnlyOne(isCancelled);
+                                                  });
     packetThread->start();
 }
 

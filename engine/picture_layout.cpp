@@ -20,12 +20,12 @@ int bitmapRowsFor(int pixelFormatMode, int frameHeight) {
 
 int bitmapBytesPerRowFor(PictureLayout layout, int width) {
     switch (layout) {
-    case PictureLayout::Packed422:
-        return width * 2;
-    case PictureLayout::Rgba16:
-        return width * 8;
-    case PictureLayout::Argb8:
-        return width * 4;
+        case PictureLayout::Packed422:
+            return width * 2;
+        case PictureLayout::Rgba16:
+            return width * 8;
+        case PictureLayout::Argb8:
+            return width * 4;
     }
     return 0;
 }

@@ -21,8 +21,6 @@ bool MyCAOpenGLLayer::hasPicturesLeftToShow() const {
            decoderHoldsPictures;
 }
 
-bool MyCAOpenGLLayer::isPictureOnScreen() const {
-    return hasPictureOnScreen.load();
-}
+bool MyCAOpenGLLayer::isPictureOnScreen() const { return hasPictureOnScreen.load(); }
 
 }  // namespace tolvane

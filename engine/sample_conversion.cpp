@@ -206,9 +206,7 @@ SampleType sampleTypeFor(AVSampleFormat format) {
     }
 }
 
-int bytesOfSampleType(SampleType type) {
-    return type == SampleType::Int16 ? 2 : 4;
-}
+int bytesOfSampleType(SampleType type) { return type == SampleType::Int16 ? 2 : 4; }
 
 MixRule mixRuleFor(int sourceChannels, bool isQuad, int audioOutputChannels) {
     if (audioOutputChannels != 2 || sourceChannels < 3) {

@@ -20,19 +20,19 @@ struct SampleNode {
 // The per-channel sample lists. All of them share one lock, so that a
 // producer can append one frame to every channel as a single step.
 class SampleLists {
-  public:
+public:
     explicit SampleLists(NamedRecursiveMutex &mutex);
     CursorQueue<SampleNode> &channel(int index) { return lists_[std::size_t(index)]; }
     const CursorQueue<SampleNode> &channel(int index) const { return lists_[std::size_t(index)]; }
     NamedRecursiveMutex &mutex() const { return lists_[0].mutex(); }
 
-  private:
+private:
     std::array<CursorQueue<SampleNode>, kMaxSampleChannels> lists_;
 };
 
 // What the pool draws from: the sample lists, or a test's stand-in.
 class SampleNodeSource {
-  public:
+public:
     virtual ~SampleNodeSource() = default;
     virtual void resetReadCursor(int channel) = 0;
     // The next unread node's bytes, or null when the channel has none.
@@ -48,7 +48,7 @@ class SampleNodeSource {
 //
 // Thread-safety: none of its own; the engine guards it with samplePoolMutex.
 class SamplePool {
-  public:
+public:
     static constexpr int kPoolBytesPerBuffer = 384000;
     // The largest request the pool serves; a node is never larger either, so
     // a refill always fits.
@@ -70,7 +70,7 @@ class SamplePool {
     // the pool for the next request. The asymmetry is deliberate.
     bool gather(int need, std::span<std::uint8_t *const> scratch, SampleNodeSource &source);
 
-  private:
+private:
     // Moves whole nodes into the pool until it holds `target` bytes; false
     // when a list has no node left.
     bool refillFromNodes(int target, SampleNodeSource &source);

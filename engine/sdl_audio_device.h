@@ -28,7 +28,7 @@ struct AudioDeviceRequest {
 //
 // Thread-safety: open and destroy on one thread; setPausedById from any.
 class SdlAudioDevice {
-  public:
+public:
     using Callback = void (*)(void *context, std::uint8_t *stream, int bytes);
 
     // Null, with the reason in `errorText`, when no device opens.
@@ -50,7 +50,7 @@ class SdlAudioDevice {
     // concurrent callers leave the device in the state the last answer gives.
     static void applyPauseById(std::uint32_t id, bool (*shouldPause)(void *), void *context);
 
-  private:
+private:
     SdlAudioDevice(std::uint32_t id, int channels, int framesPerCallback)
         : id_(id), channels_(channels), framesPerCallback_(framesPerCallback) {}
 

@@ -219,8 +219,6 @@ CaptionColor computeColor(QStringView attributeText, bool isDefaultColor) {
     return defaultColor(isDefaultColor);
 }
 
-const NamedColorTable &namedCaptionColors() {
-    return kNamedCaptionColors;
-}
+const NamedColorTable &namedCaptionColors() { return kNamedCaptionColors; }
 
 }  // namespace tolvane::subtitles

@@ -39,7 +39,7 @@ struct ClassedParagraph {
 };
 
 class ClassedParagraphFinder {
-  public:
+public:
     explicit ClassedParagraphFinder(QStringView lowered)
         : paragraph_(lowered, u"<p"),
           classWord_(lowered, u"class"),
@@ -66,7 +66,7 @@ class ClassedParagraphFinder {
         return ClassedParagraph{equalsSign, closingBracket};
     }
 
-  private:
+private:
     ForwardFinder paragraph_;
     ForwardFinder classWord_;
     ForwardFinder equalsSign_;

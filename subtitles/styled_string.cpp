@@ -7,9 +7,7 @@ namespace tolvane::subtitles {
 
 namespace {
 
-int channelByte(double channel) {
-    return std::clamp(int(std::lround(channel * 255.0)), 0, 255);
-}
+int channelByte(double channel) { return std::clamp(int(std::lround(channel * 255.0)), 0, 255); }
 
 }  // namespace
 

@@ -47,7 +47,7 @@ struct CaptionAttributeRun {
 // Runs cover the text from start to end without gaps, in order; neighbouring
 // runs always differ in their attributes.
 class StyledString {
-  public:
+public:
     StyledString() = default;
     StyledString(const QString &text, const CaptionTextAttributes &attributes);
     // `runs` must tile `text` as described above.
@@ -64,7 +64,7 @@ class StyledString {
 
     bool operator==(const StyledString &) const = default;
 
-  private:
+private:
     QString text_;
     std::vector<CaptionAttributeRun> runs_;
 };

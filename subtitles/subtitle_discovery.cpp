@@ -26,7 +26,8 @@ void addExistingCandidates(const QString &folder, const QString &stem, const QSt
 }  // namespace
 
 QString discTitleInPath(const QString &path) {
-    const QStringList components = QDir::cleanPath(path).split(QLatin1Char('/'), Qt::SkipEmptyParts);
+    const QStringList components =
+        QDir::cleanPath(path).split(QLatin1Char('/'), Qt::SkipEmptyParts);
     const qsizetype bdmvAt = components.indexOf(QStringLiteral("BDMV"));
     return bdmvAt > 0 ? components[bdmvAt - 1] : QString();
 }
@@ -35,8 +36,8 @@ std::vector<FoundSubtitleFile> realSubtitleURL(const QString &videoPath, const Q
                                                bool bdmv, const QString &whereFolder) {
     std::vector<FoundSubtitleFile> found;
     const QFileInfo video(videoPath);
-    addExistingCandidates(video.absolutePath(), video.completeBaseName(), type,
-                          QStringLiteral("v"), found);
+    addExistingCandidates(video.absolutePath(), video.completeBaseName(), type, QStringLiteral("v"),
+                          found);
     if (!found.empty() || whereFolder.isEmpty()) {
         return found;
     }

@@ -9,7 +9,7 @@ namespace tolvane {
 // video, "k" in the chosen folder's "Tolvane" subfolder, "b" there under the
 // disc title of a BDMV structure; "*" appended for the asterisk name form.
 struct FoundSubtitleFile {
-    QString url;    // canonical absolute path
+    QString url;  // canonical absolute path
     QString ptype;
 };
 

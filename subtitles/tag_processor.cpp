@@ -55,7 +55,7 @@ int truncatedFontSize(double size) {
 }
 
 class RowStringBuilder {
-  public:
+public:
     RowStringBuilder(const CaptionStyle &style, CaptionColor defaultColor,
                      const std::vector<CaptionColor> &palette)
         : style_(style), defaultColor_(defaultColor), palette_(palette) {}
@@ -94,7 +94,7 @@ class RowStringBuilder {
         fill = StyledString(text, fillAttributes(colorIndex, bits, fontSize));
     }
 
-  private:
+private:
     static void appendRun(std::vector<CaptionAttributeRun> &runs, qsizetype start, qsizetype length,
                           CaptionTextAttributes attributes) {
         if (!runs.empty() && runs.back().attributes == attributes) {

@@ -49,7 +49,7 @@ struct ProcessedLine {
 };
 
 class TagProcessor {
-  public:
+public:
     // Width in pixels of a text in the system font at 13 px, the size that the
     // wrapping thresholds (410 px, 7 px per character) were chosen for.
     using TextWidthMeasure = std::function<double(const QString &text)>;
@@ -71,7 +71,7 @@ class TagProcessor {
     int fontSize() const;
     const CaptionStyle &style() const { return style_; }
 
-  private:
+private:
     CaptionStyle style_;
     TextWidthMeasure measureTextWidth_;
 };

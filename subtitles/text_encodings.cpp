@@ -1,13 +1,12 @@
 #include "text_encodings.h"
 
+#include <fcntl.h>
 #include <uchardet/uchardet.h>
 #include <unicode/ucnv.h>
+#include <unistd.h>
 
 #include <QFile>
 #include <array>
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <memory>
 
@@ -62,12 +61,9 @@ struct EncodingAlias {
     const char *readAs;
 };
 constexpr std::array kDetectedEncodingAliases = {
-    EncodingAlias{"EUC-KR", "windows-949-2000"},
-    EncodingAlias{"UHC", "windows-949-2000"},
-    EncodingAlias{"CP949", "windows-949-2000"},
-    EncodingAlias{"ASCII", "UTF-8"},
-    EncodingAlias{"TIS-620", "windows-874-2000"},
-    EncodingAlias{"GB2312", "GB18030"},
+    EncodingAlias{"EUC-KR", "windows-949-2000"},  EncodingAlias{"UHC", "windows-949-2000"},
+    EncodingAlias{"CP949", "windows-949-2000"},   EncodingAlias{"ASCII", "UTF-8"},
+    EncodingAlias{"TIS-620", "windows-874-2000"}, EncodingAlias{"GB2312", "GB18030"},
 };
 
 struct ConverterCloser {
@@ -78,7 +74,8 @@ using ConverterPtr = std::unique_ptr<UConverter, ConverterCloser>;
 struct CharsetDetectorDeleter {
     void operator()(uchardet_t detector) const { uchardet_delete(detector); }
 };
-using CharsetDetectorPtr = std::unique_ptr<std::remove_pointer_t<uchardet_t>, CharsetDetectorDeleter>;
+using CharsetDetectorPtr =
+    std::unique_ptr<std::remove_pointer_t<uchardet_t>, CharsetDetectorDeleter>;
 
 const char *utf16ByteOrderFor(const QByteArray &bytes) {
     if (bytes.startsWith("\xFF\xFE")) {
@@ -134,8 +131,8 @@ std::optional<QString> decodeTextStrictly(const QByteArray &bytes, const char *i
     // Every encoding offered yields at most two UTF-16 units per byte.
     text.resize(bytes.size() * 2 + 2);
     const int32_t length =
-        ucnv_toUChars(converter.get(), reinterpret_cast<UChar *>(text.data()),
-                      int32_t(text.size()), bytes.constData(), int32_t(bytes.size()), &status);
+        ucnv_toUChars(converter.get(), reinterpret_cast<UChar *>(text.data()), int32_t(text.size()),
+                      bytes.constData(), int32_t(bytes.size()), &status);
     if (U_FAILURE(status)) {
         return std::nullopt;
     }
@@ -154,22 +151,22 @@ std::optional<QString> decodeTextStrictly(const QByteArray &bytes, const char *i
 
 QByteArray legacyEncodingForLocale(const QLocale &locale) {
     switch (locale.language()) {
-    case QLocale::Korean:
-        return "windows-949-2000";
-    case QLocale::Japanese:
-        return "Shift_JIS";
-    case QLocale::Chinese:
-        return "GB18030";
-    default:
-        return "windows-1252";
+        case QLocale::Korean:
+            return "windows-949-2000";
+        case QLocale::Japanese:
+            return "Shift_JIS";
+        case QLocale::Chinese:
+            return "GB18030";
+        default:
+            return "windows-1252";
     }
 }
 
 QByteArray detectTextEncoding(const QByteArray &bytes, const QLocale &locale) {
     CharsetDetectorPtr detector(uchardet_new());
     QByteArray detected;
-    if (detector && uchardet_handle_data(detector.get(), bytes.constData(),
-                                         std::size_t(bytes.size())) == 0) {
+    if (detector &&
+        uchardet_handle_data(detector.get(), bytes.constData(), std::size_t(bytes.size())) == 0) {
         uchardet_data_end(detector.get());
         detected = QByteArray(uchardet_get_charset(detector.get())).toUpper();
     }

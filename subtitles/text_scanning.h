@@ -30,14 +30,14 @@ QStringView trimmedOfNewlines(QStringView text);
 // decrease reuse the previous answer when it still lies ahead, so a whole scan
 // costs one pass over the haystack however often it asks.
 class ForwardFinder {
-  public:
+public:
     ForwardFinder(QStringView haystack, QStringView needle)
         : haystack_(haystack), needle_(needle) {}
 
     // Position of the first occurrence at or after `from`, or -1.
     qsizetype next(qsizetype from);
 
-  private:
+private:
     QStringView haystack_;
     QStringView needle_;
     qsizetype queriedFrom_ = -1;

@@ -96,12 +96,13 @@ void MyVideoView::initializeGL() {
     rendererReady = renderer.initialize();
     update();  // starts judging how swaps are paced
     disconnect(contextDestructionConnection);
-    contextDestructionConnection = connect(context(), &QOpenGLContext::aboutToBeDestroyed, this, [this] {
-        makeCurrent();
-        renderer.release();
-        rendererReady = false;
-        doneCurrent();
-    });
+    contextDestructionConnection =
+        connect(context(), &QOpenGLContext::aboutToBeDestroyed, this, [this] {
+            makeCurrent();
+            renderer.release();
+            rendererReady = false;
+            doneCurrent();
+        });
 }
 
 void MyVideoView::resizeGL(int, int) {

@@ -18,14 +18,21 @@ QMatrix3x3 yuvToRgbMatrix(ColourMatrix matrix) {
     const double y = 255.0 / 219.0;
     const double c = 255.0 / 224.0;
     const float rows[9] = {
-        float(y), 0.0f, float(2.0 * (1.0 - kr) * c),
-        float(y), float(-2.0 * kb * (1.0 - kb) / kg * c), float(-2.0 * kr * (1.0 - kr) / kg * c),
-        float(y), float(2.0 * (1.0 - kb) * c), 0.0f,
+        float(y),
+        0.0f,
+        float(2.0 * (1.0 - kr) * c),
+        float(y),
+        float(-2.0 * kb * (1.0 - kb) / kg * c),
+        float(-2.0 * kr * (1.0 - kr) / kg * c),
+        float(y),
+        float(2.0 * (1.0 - kb) * c),
+        0.0f,
     };
     return QMatrix3x3(rows);
 }
 
-std::unique_ptr<QOpenGLShaderProgram> buildProgram(const char *vertexPath, const char *fragmentPath) {
+std::unique_ptr<QOpenGLShaderProgram> buildProgram(const char *vertexPath,
+                                                   const char *fragmentPath) {
     auto program = std::make_unique<QOpenGLShaderProgram>();
     if (!program->addCacheableShaderFromSourceFile(QOpenGLShader::Vertex,
                                                    QString::fromLatin1(vertexPath)) ||
@@ -99,8 +106,8 @@ void VideoPictureRenderer::uploadPicture(const PictureView &picture, PictureLayo
     // The 4:2:2 bytes go up as two-byte texels so that any width, odd ones
     // included, keeps its rows aligned.
     const QSize size(picture.width, rows);
-    const bool reuse = pictureTexture != 0 && pictureTextureSize == size &&
-                       pictureTextureLayout == layout;
+    const bool reuse =
+        pictureTexture != 0 && pictureTextureSize == size && pictureTextureLayout == layout;
     GLenum internalFormat = GL_RG8;
     GLenum format = GL_RG;
     GLenum type = GL_UNSIGNED_BYTE;

@@ -1,9 +1,9 @@
+#include "base/notification_center.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
-
-#include "base/notification_center.h"
 
 namespace tolvane {
 namespace {
@@ -14,7 +14,8 @@ TEST(NotificationCenter, DeliversByNameAndPosterInOrderOfObservers) {
     const int poster = 0;
     const int otherPoster = 0;
     center.addObserver("A", [&](const Notification &) { calls.push_back("any-A"); });
-    center.addObserver("A", [&](const Notification &) { calls.push_back("poster-A"); }, &poster);
+    center.addObserver(
+        "A", [&](const Notification &) { calls.push_back("poster-A"); }, &poster);
     center.addObserver("B", [&](const Notification &) { calls.push_back("any-B"); });
 
     center.post("A", &poster);

@@ -1,8 +1,9 @@
+#include "base/worker_thread.h"
+
 #include <gtest/gtest.h>
 
 #include <atomic>
 
-#include "base/worker_thread.h"
 #include "support/test_media.h"
 
 namespace tolvane {
@@ -51,9 +52,8 @@ TEST(WorkerThread, StopWithoutStartAndStartTwiceAreHarmless) {
 }
 
 TEST(WorkerThread, ExceptionInBodyEndsTheThreadCleanly) {
-    WorkerThread thread("test-throw", [](const std::function<bool()> &) {
-        throw std::runtime_error("boom");
-    });
+    WorkerThread thread("test-throw",
+                        [](const std::function<bool()> &) { throw std::runtime_error("boom"); });
     thread.start();
     EXPECT_TRUE(test::waitUntil([&] { return thread.isFinished(); }));
     EXPECT_TRUE(thread.stop());

@@ -60,12 +60,8 @@ ExpectedRgb referenceRgb10(int y10, int u10, int v10) {
     const int v = v10 - 512;
     return {y + v * 14020 / 10000, y - (v * 7143 + u * 3437) / 10000, y + u * 17700 / 10000};
 }
-std::uint16_t reference16(int value) {
-    return std::uint16_t(std::clamp(value * 64, 0, 65535));
-}
-std::uint8_t reference8(int value) {
-    return std::uint8_t(std::clamp(value / 4, 0, 255));
-}
+std::uint16_t reference16(int value) { return std::uint16_t(std::clamp(value * 64, 0, 65535)); }
+std::uint8_t reference8(int value) { return std::uint8_t(std::clamp(value / 4, 0, 255)); }
 
 std::vector<std::uint16_t> asWords(const std::vector<std::uint8_t> &bytes) {
     std::vector<std::uint16_t> words(bytes.size() / 2);
@@ -166,7 +162,7 @@ TEST(BitmapConversion, TenBit420ToEightBitShiftsEverySample) {
 // Every (U, V) pair of the 10-bit range in one 4:4:4 frame, with a luma that
 // walks the range too, against the integer formulas.
 class TenBitFullRange : public ::testing::Test {
-  protected:
+protected:
     TenBitFullRange() : picture(1024, 1024, 2, 1024, 1024) {
         picture.fill(0, 1024, 1024, [](int x, int y) { return lumaAt(x, y); });
         picture.fill(1, 1024, 1024, [](int x, int) { return x; });

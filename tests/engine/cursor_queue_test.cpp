@@ -1,9 +1,9 @@
+#include "engine/cursor_queue.h"
+
 #include <gtest/gtest.h>
 
 #include <memory>
 #include <vector>
-
-#include "engine/cursor_queue.h"
 
 namespace tolvane {
 namespace {

@@ -24,10 +24,10 @@ TEST(DrawDecision, NextFrameByHowFarItIsFromTheClock) {
         std::optional<bool> isSkipping;
     };
     const Case cases[] = {
-        {9.9, true, NextFrameAction::MakeCurrent, false},    // 0.1 s behind: shown
-        {10.0, true, NextFrameAction::MakeCurrent, false},   // exactly due
-        {9.85, true, NextFrameAction::MakeCurrent, false},   // near the limit
-        {9.8, false, NextFrameAction::Discard, true},        // 0.2 s behind: dropped
+        {9.9, true, NextFrameAction::MakeCurrent, false},           // 0.1 s behind: shown
+        {10.0, true, NextFrameAction::MakeCurrent, false},          // exactly due
+        {9.85, true, NextFrameAction::MakeCurrent, false},          // near the limit
+        {9.8, false, NextFrameAction::Discard, true},               // 0.2 s behind: dropped
         {10.05, false, NextFrameAction::OfferAgain, std::nullopt},  // early: next time
         {std::nullopt, false, NextFrameAction::None, std::nullopt},
     };

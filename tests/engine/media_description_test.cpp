@@ -1,8 +1,8 @@
+#include "engine/media_description.h"
+
 #include <gtest/gtest.h>
 
 #include <vector>
-
-#include "engine/media_description.h"
 
 namespace tolvane {
 namespace {
@@ -70,8 +70,8 @@ TEST(FormatTables, PixelFormatModesAndBytesPerChannel) {
     EXPECT_EQ(pixelFormatModeFor(AV_PIX_FMT_YUV444P10LE), 44420);
     EXPECT_EQ(pixelFormatModeFor(AV_PIX_FMT_YUVJ420P), 0);
     EXPECT_EQ(pixelFormatModeFor(AV_PIX_FMT_YUV422P), 0);
-    for (AVSampleFormat format : {AV_SAMPLE_FMT_S32, AV_SAMPLE_FMT_FLT, AV_SAMPLE_FMT_S32P,
-                                  AV_SAMPLE_FMT_FLTP}) {
+    for (AVSampleFormat format :
+         {AV_SAMPLE_FMT_S32, AV_SAMPLE_FMT_FLT, AV_SAMPLE_FMT_S32P, AV_SAMPLE_FMT_FLTP}) {
         EXPECT_EQ(audioBytesPerChannelFor(format), 4) << av_get_sample_fmt_name(format);
     }
     for (AVSampleFormat format : {AV_SAMPLE_FMT_U8, AV_SAMPLE_FMT_S16, AV_SAMPLE_FMT_DBL,

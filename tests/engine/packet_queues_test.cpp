@@ -19,13 +19,13 @@ TEST(PacketPacing, FollowsTheTable) {
         PacketPassAction expected;
     };
     const Case cases[] = {
-        {0.0, 0, 0, PacketPassAction::Sleep},      // paused reads nothing, however empty
+        {0.0, 0, 0, PacketPassAction::Sleep},  // paused reads nothing, however empty
         {1.0, 0, 0, PacketPassAction::Read},
         {1.0, 0, 99, PacketPassAction::Read},
-        {1.0, 0, 100, PacketPassAction::Sleep},    // audio full
+        {1.0, 0, 100, PacketPassAction::Sleep},  // audio full
         {1.0, 99, 50, PacketPassAction::Read},
-        {1.0, 100, 10, PacketPassAction::Sleep},   // video full with enough audio
-        {1.0, 100, 9, PacketPassAction::Read},     // sparse audio: video grows past 100
+        {1.0, 100, 10, PacketPassAction::Sleep},  // video full with enough audio
+        {1.0, 100, 9, PacketPassAction::Read},    // sparse audio: video grows past 100
         {1.0, 500, 9, PacketPassAction::Read},
     };
     for (const Case &c : cases) {

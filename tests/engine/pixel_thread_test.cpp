@@ -23,7 +23,7 @@ QByteArray digestOf(const BitmapBytes &bytes) {
 // taking every picture out as soon as it is queued. Audio is not decoded
 // here, so its packets are thrown away to keep the packet pacing reading.
 class PixelPathTest : public ::testing::Test {
-  protected:
+protected:
     void open(const char *file) {
         ASSERT_EQ(engine.openMovieFile(mediaPath(file)), QLatin1String(kOpenSucceeded)) << file;
         engine.setRate(1.0);

@@ -14,7 +14,7 @@ namespace {
 // Sample lists in miniature: per channel a queue of nodes whose bytes count
 // up from a start value, so that every byte tells which node it came from.
 class FakeNodeSource final : public SampleNodeSource {
-  public:
+public:
     void addNode(int channel, int bytes, std::uint8_t firstValue) {
         std::vector<std::uint8_t> node(static_cast<std::size_t>(bytes));
         std::iota(node.begin(), node.end(), firstValue);
@@ -33,13 +33,13 @@ class FakeNodeSource final : public SampleNodeSource {
     }
     std::size_t nodeCount(int channel) const { return nodes_[std::size_t(channel)].size(); }
 
-  private:
+private:
     std::array<std::deque<std::vector<std::uint8_t>>, kMaxSampleChannels> nodes_;
     std::array<std::size_t, kMaxSampleChannels> read_{};
 };
 
 class SamplePoolTest : public ::testing::Test {
-  protected:
+protected:
     bool gather(int need, int buffers = 1) {
         for (auto &s : scratch) {
             s.assign(std::size_t(need), 0xEE);

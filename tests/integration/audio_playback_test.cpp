@@ -59,7 +59,7 @@ bool isClockRebasedOnOneOf(const std::vector<double> &packetSecs, std::int64_t o
 }
 
 class AudioPlaybackTest : public ::testing::Test {
-  protected:
+protected:
     static void SetUpTestSuite() { setenv("SDL_AUDIODRIVER", "dummy", 1); }
 
     void open(const char *fileName) {

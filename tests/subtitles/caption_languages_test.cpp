@@ -13,14 +13,29 @@ TEST(HumanReadableLang, NamesClassesAndPassesEverythingElseThrough) {
         const char *shown;
     };
     const Case cases[] = {
-        {"KRCC", "Korean"},  {"KOCC", "Korean"},    {"EGCC", "English"}, {"ENCC", "English"},
-        {"JACC", "Japanese"}, {"KO", "Korean"},     {"IW", "Hebrew"},    {"TE", "Tegulu"},
-        {"SG", "Sangro"},    {"SU", "Sudanese"},    {"UNKNOWN", "Unknown"},
-        {"ZHCC", "Chinese"}, {"XXCC", "XXCC"},      {"42", "42"},        {"K", "K"},
-        {"", ""},            {"krcc", "krcc"},      {"KR", "Korean"},    {"CC", "CC"},
+        {"KRCC", "Korean"},
+        {"KOCC", "Korean"},
+        {"EGCC", "English"},
+        {"ENCC", "English"},
+        {"JACC", "Japanese"},
+        {"KO", "Korean"},
+        {"IW", "Hebrew"},
+        {"TE", "Tegulu"},
+        {"SG", "Sangro"},
+        {"SU", "Sudanese"},
+        {"UNKNOWN", "Unknown"},
+        {"ZHCC", "Chinese"},
+        {"XXCC", "XXCC"},
+        {"42", "42"},
+        {"K", "K"},
+        {"", ""},
+        {"krcc", "krcc"},
+        {"KR", "Korean"},
+        {"CC", "CC"},
     };
     for (const Case &c : cases) {
-        EXPECT_EQ(humanReadableLang(QString::fromUtf8(c.lang)), QString::fromUtf8(c.shown)) << c.lang;
+        EXPECT_EQ(humanReadableLang(QString::fromUtf8(c.lang)), QString::fromUtf8(c.shown))
+            << c.lang;
     }
 }
 

@@ -18,9 +18,7 @@ QString fixture(const char *name) {
     return QStringLiteral(TOLVANE_FIXTURE_DIR "/subtitles/") + QString::fromUtf8(name);
 }
 
-QJsonArray array(std::initializer_list<QJsonValue> values) {
-    return QJsonArray(values);
-}
+QJsonArray array(std::initializer_list<QJsonValue> values) { return QJsonArray(values); }
 
 TEST(ProbeParse, SamiTracksWithColoursMarksAndRuby) {
     const ProbeRun run = runProbe({"parse", fixture("two_classes.smi")});

@@ -19,9 +19,7 @@ using test::rowTexts;
 
 constexpr qsizetype kTenMegabytes = 10 * 1024 * 1024;
 
-QString repeated(QStringView piece, qsizetype times) {
-    return piece.toString().repeated(times);
-}
+QString repeated(QStringView piece, qsizetype times) { return piece.toString().repeated(times); }
 
 TEST(Robustness, TenMegabyteSingleLineWithTheSystemFont) {
     const TagProcessor processor{CaptionStyle{}};

@@ -81,10 +81,10 @@ TEST(DiscTitleInPath, ComponentBeforeTheFirstBdmv) {
         const char *path;
         const char *title;
     };
-    for (const Case &c : {Case{"/m/Title/BDMV/STREAM/1.m2ts", "Title"},
-                          Case{"/m/A/BDMV/B/BDMV/STREAM/1.m2ts", "A"},
-                          Case{"/BDMV/STREAM/1.m2ts", ""}, Case{"/m/bdmv/STREAM/1.m2ts", ""},
-                          Case{"/m/Title/BDMVX/1.m2ts", ""}}) {
+    for (const Case &c :
+         {Case{"/m/Title/BDMV/STREAM/1.m2ts", "Title"}, Case{"/m/A/BDMV/B/BDMV/STREAM/1.m2ts", "A"},
+          Case{"/BDMV/STREAM/1.m2ts", ""}, Case{"/m/bdmv/STREAM/1.m2ts", ""},
+          Case{"/m/Title/BDMVX/1.m2ts", ""}}) {
         EXPECT_EQ(discTitleInPath(QString::fromUtf8(c.path)), QString::fromUtf8(c.title)) << c.path;
     }
 }

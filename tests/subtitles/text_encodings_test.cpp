@@ -2,11 +2,11 @@
 
 #include <gtest/gtest.h>
 #include <unicode/ucnv.h>
+#include <unistd.h>
 
 #include <QCoreApplication>
 #include <QProcess>
 #include <QTemporaryDir>
-#include <unistd.h>
 #include <QTextStream>
 
 #include "support/qt_printers.h"
@@ -19,9 +19,9 @@ QByteArray encodeAs(const QString &text, const char *icuName) {
     UErrorCode status = U_ZERO_ERROR;
     UConverter *converter = ucnv_open(icuName, &status);
     QByteArray bytes(text.size() * 4 + 8, '\0');
-    const int32_t length =
-        ucnv_fromUChars(converter, bytes.data(), int32_t(bytes.size()),
-                        reinterpret_cast<const UChar *>(text.utf16()), int32_t(text.size()), &status);
+    const int32_t length = ucnv_fromUChars(converter, bytes.data(), int32_t(bytes.size()),
+                                           reinterpret_cast<const UChar *>(text.utf16()),
+                                           int32_t(text.size()), &status);
     ucnv_close(converter);
     EXPECT_TRUE(U_SUCCESS(status)) << icuName << ": " << u_errorName(status);
     bytes.truncate(length);
@@ -79,7 +79,11 @@ TEST(DecodeTextStrictly, ReadsEachFormAndRejectsIllegalBytes) {
         {"UTF-16 read as windows-1252", encodeAs(QStringLiteral("<P>ok</P>"), "UTF-16BE"),
          "windows-1252", std::nullopt},
         {"truncated UTF-8", QByteArray("ok \xec\x9e"), "UTF-8", std::nullopt},
-        {"odd-length UTF-16", QByteArray("\xFF\xFE" "a\0b", 5), "UTF-16", std::nullopt},
+        {"odd-length UTF-16",
+         QByteArray("\xFF\xFE"
+                    "a\0b",
+                    5),
+         "UTF-16", std::nullopt},
         {"invalid Shift_JIS", QByteArray("\x82\xb1\xff\xff"), "Shift_JIS", std::nullopt},
         {"empty", QByteArray(), "UTF-8", QString()},
     };
@@ -96,9 +100,10 @@ TEST(DetectTextEncoding, RecognisesCjkTextAndFallsBackToTheLocale) {
         QLocale::Language language;
         const char *expected;
     };
-    for (const Case &c : {Case{QLocale::Korean, "windows-949-2000"}, Case{QLocale::Japanese, "Shift_JIS"},
-                          Case{QLocale::Chinese, "GB18030"}, Case{QLocale::English, "windows-1252"},
-                          Case{QLocale::French, "windows-1252"}}) {
+    for (const Case &c :
+         {Case{QLocale::Korean, "windows-949-2000"}, Case{QLocale::Japanese, "Shift_JIS"},
+          Case{QLocale::Chinese, "GB18030"}, Case{QLocale::English, "windows-1252"},
+          Case{QLocale::French, "windows-1252"}}) {
         EXPECT_EQ(detectTextEncoding(QByteArray(), QLocale(c.language)), c.expected);
     }
 }
@@ -185,9 +190,10 @@ TEST_F(ReadTextFileTest, UnreadableFileIsRefusedForAnOrdinaryUser) {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("TOLVANE_LOCKED_FILE", locked);
     child.setProcessEnvironment(environment);
-    child.start("setpriv", {"--reuid=65534", "--regid=65534", "--clear-groups",
-                            QCoreApplication::applicationFilePath(),
-                            "--gtest_filter=ReadTextFileTest.UnreadableFileIsRefusedForAnOrdinaryUser"});
+    child.start("setpriv",
+                {"--reuid=65534", "--regid=65534", "--clear-groups",
+                 QCoreApplication::applicationFilePath(),
+                 "--gtest_filter=ReadTextFileTest.UnreadableFileIsRefusedForAnOrdinaryUser"});
     if (!child.waitForFinished(30000) || child.exitStatus() != QProcess::NormalExit) {
         GTEST_SKIP() << "cannot run as an unprivileged user here";
     }

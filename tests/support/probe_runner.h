@@ -17,7 +17,7 @@ struct ProbeRun {
 };
 
 // Runs the probe with `arguments` and waits for it (a minute at most).
-ProbeRun runProbe(const QStringList &arguments,
-                  const QProcessEnvironment &environment = QProcessEnvironment::systemEnvironment());
+ProbeRun runProbe(const QStringList &arguments, const QProcessEnvironment &environment =
+                                                    QProcessEnvironment::systemEnvironment());
 
 }  // namespace tolvane::test

@@ -24,12 +24,11 @@ TEST(RefreshPacing, JudgesSwapsAgainstTheRefreshPeriod) {
         bool swapPaced;
     };
     const Case cases[] = {
-        {60.0, 16667us, true},   // vsync-blocked swaps
-        {60.0, 33333us, true},   // every other vblank still waits
-        {60.0, 1500us, false},   // Xvfb and software GL return at once
-        {144.0, 6944us, true},
-        {144.0, 2000us, false},
-        {0.0, 16667us, true},    // unknown rate falls back to 60 Hz
+        {60.0, 16667us, true},  // vsync-blocked swaps
+        {60.0, 33333us, true},  // every other vblank still waits
+        {60.0, 1500us, false},  // Xvfb and software GL return at once
+        {144.0, 6944us, true}, {144.0, 2000us, false},
+        {0.0, 16667us, true},  // unknown rate falls back to 60 Hz
     };
     for (const Case &c : cases) {
         const RefreshPacing pacing = judgedWithIntervals(c.rateHz, c.interval);

@@ -68,9 +68,7 @@ double percentile(std::vector<double> values, double fraction) {
     return values[std::min(index, values.size() - 1)];
 }
 
-double processCpuSec() {
-    return double(std::clock()) / double(CLOCKS_PER_SEC);
-}
+double processCpuSec() { return double(std::clock()) / double(CLOCKS_PER_SEC); }
 
 }  // namespace
 

@@ -69,9 +69,12 @@ protected:
 };
 
 void expectNear(const Rgb &actual, const Rgb &expected, const char *what, int tolerance = 3) {
-    EXPECT_NEAR(actual.r, expected.r, tolerance) << what << ": got " << actual << " want " << expected;
-    EXPECT_NEAR(actual.g, expected.g, tolerance) << what << ": got " << actual << " want " << expected;
-    EXPECT_NEAR(actual.b, expected.b, tolerance) << what << ": got " << actual << " want " << expected;
+    EXPECT_NEAR(actual.r, expected.r, tolerance)
+        << what << ": got " << actual << " want " << expected;
+    EXPECT_NEAR(actual.g, expected.g, tolerance)
+        << what << ": got " << actual << " want " << expected;
+    EXPECT_NEAR(actual.b, expected.b, tolerance)
+        << what << ": got " << actual << " want " << expected;
 }
 
 struct Yuv {
