@@ -9,24 +9,13 @@
 #include <QTemporaryDir>
 #include <QTextStream>
 
+#include "subtitle_test_folder.h"
 #include "support/qt_printers.h"
 
 namespace tolvane {
 namespace {
 
-// Encodes `text` with ICU for building test files.
-QByteArray encodeAs(const QString &text, const char *icuName) {
-    UErrorCode status = U_ZERO_ERROR;
-    UConverter *converter = ucnv_open(icuName, &status);
-    QByteArray bytes(text.size() * 4 + 8, '\0');
-    const int32_t length = ucnv_fromUChars(converter, bytes.data(), int32_t(bytes.size()),
-                                           reinterpret_cast<const UChar *>(text.utf16()),
-                                           int32_t(text.size()), &status);
-    ucnv_close(converter);
-    EXPECT_TRUE(U_SUCCESS(status)) << icuName << ": " << u_errorName(status);
-    bytes.truncate(length);
-    return bytes;
-}
+using test::encodeAs;
 
 const QString kKorean = QStringLiteral(
     "<SAMI><BODY><SYNC Start=1000><P Class=KRCC>안녕하세요. 오늘은 날씨가 참 좋네요.\n"
