@@ -250,7 +250,8 @@ public:
         const std::function<void(const BitmapBytes &bitmapDataForTemp, float frameWidth,
                                  float frameHeight)> &reader) const;
     bool isSeekingVideoNow() const { return isSeekingVideo.load(); }
-    // Test seam until the seek sets the flag itself.
+    // Lets the pixel-path tests deliver pictures to the seek preview without
+    // running a whole seek.
     void setIsSeekingVideoForTesting(bool value) { isSeekingVideo = value; }
 
     // --- Presentation: asked by the video view on the main thread
