@@ -271,8 +271,10 @@ void MyCAOpenGLLayer::idleStepOfAudioCallbackWithEnoughMutexHeld(std::uint32_t n
     }
     NamedLockGuard lock(sampleCountMutex);
     // The audio has ended but pictures remain: the clock runs on over them.
-    // Audio that is merely late (packets still queued) holds the clock.
-    if (sampleLists.channel(0).count() == 0 && audioPackets.count() == 0 && isPictureOnScreen()) {
+    // Audio that is merely late (packets still queued) holds the clock;
+    // packets past the end of the audio, which are never decoded, do not.
+    const bool isAudioOver = audioPackets.count() == 0 || isAudioDecodingAtEnd.load();
+    if (sampleLists.channel(0).count() == 0 && isAudioOver && isPictureOnScreen()) {
         gOutputtedSampleCount += numberFrames;
     }
 }

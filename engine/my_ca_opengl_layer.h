@@ -388,6 +388,9 @@ private:
     SampleLists sampleLists{sampleDataQueueMutex};
     SamplePool samplePool;                         // guarded by samplePoolMutex
     std::atomic<bool> isEnoughSampleValue{false};  // written under enoughMutex, read anywhere
+    // The sample thread has decoded all the audio it will: what is left in
+    // the packet list lies past the end. Written by the sample thread.
+    std::atomic<bool> isAudioDecodingAtEnd{false};
     std::atomic<bool> isFrameSizeZero{false};
     std::atomic<int> countAudioDecodingErrorValue{0};
     int audioFrameSize = 0;  // guarded by sampleDataThreadMutex

@@ -76,6 +76,7 @@ void MyCAOpenGLLayer::resetAudioDecodingStateForNewTrack() {
     isFrameSizeZero = false;
     audioFrameSize = 0;
     aFrame.reset();
+    isAudioDecodingAtEnd = false;
 }
 
 void MyCAOpenGLLayer::startSampleThread() {
@@ -132,6 +133,7 @@ SampleTurnAction MyCAOpenGLLayer::addSampleOneTurn() {
     inputs.channels = codec.ch_layout.nb_channels;
     inputs.audioBytesPerChannel = audioBytesPerChannelValue;
     const int limit = sampleQueueLimitFor(inputs);
+    isAudioDecodingAtEnd = limit < 1;
     // Only channel 0's list is compared, for planar sources too; the count is
     // read without the lock and may be a moment old.
     const int queued = sampleLists.channel(0).count();

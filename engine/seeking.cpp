@@ -131,6 +131,7 @@ void MyCAOpenGLLayer::setCurrentTimeSec(double currentTimeSecToSeek, bool isOneF
             NamedLockGuard lock(sampleCountMutex);
             gOutputtedSampleCount = rebased;
             gReadedSampleCount = rebased;
+            isAudioDecodingAtEnd = false;
         }
         gNextVideoFramePtsSec = target;
         seekingMovieTimeSec = target;
