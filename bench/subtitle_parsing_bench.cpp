@@ -10,7 +10,6 @@
 #include <time.h>
 
 #include <QFile>
-#include <QGuiApplication>
 #include <QProcess>
 #include <QStringDecoder>
 #include <QTemporaryDir>
@@ -198,13 +197,3 @@ void BM_SubRipTwentyThousandCues(benchmark::State &state) {
 BENCHMARK(BM_SubRipTwentyThousandCues)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(3);
 
 }  // namespace
-
-// Caption wrapping measures with the system font, which needs a QGuiApplication.
-int main(int argc, char **argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QGuiApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}

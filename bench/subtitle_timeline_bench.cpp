@@ -11,7 +11,6 @@
 #include <benchmark/benchmark.h>
 
 #include <QFile>
-#include <QGuiApplication>
 #include <QStringDecoder>
 #include <QTemporaryDir>
 #include <algorithm>
@@ -131,13 +130,3 @@ void BM_CaptionTimerTick(benchmark::State &state) {
 BENCHMARK(BM_CaptionTimerTick)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 }  // namespace
-
-int main(int argc, char **argv) {
-    // The tag processor measures caption text with the system font.
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QGuiApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
