@@ -1,4 +1,4 @@
-// The audio output: the SDL device, its render callback (which advances the
+// The audio output: the output device, its render callback (which advances the
 // played-sample count, the engine's clock), start, stop and volume.
 
 #include <algorithm>
@@ -7,16 +7,15 @@
 
 #include "base/log.h"
 #include "engine/my_ca_opengl_layer.h"
-#include "engine/sdl_audio_device.h"
+#include "engine/audio_output_device.h"
 
 namespace tolvane {
 
 namespace {
 
 // 20 ms per callback. The clock moves in these steps, so they must stay
-// well under a picture's duration; every common sample rate divides evenly,
-// so SDL's dummy driver, which sleeps whole milliseconds between callbacks,
-// keeps time. Smaller steps would risk underruns on loaded machines.
+// well under a picture's duration. Smaller steps would risk underruns on
+// loaded machines.
 constexpr int kCallbacksPerSecond = 50;
 constexpr int kMinFramesPerCallback = 256;
 constexpr int kMaxFramesPerCallback = 4096;
@@ -65,8 +64,8 @@ bool MyCAOpenGLLayer::setDefaultOutputAUWithVolume(float volume) {
         request.type = type;
         request.framesPerCallback = framesPerCallbackFor(codec.sample_rate);
         QString errorText;
-        std::unique_ptr<SdlAudioDevice> device =
-            SdlAudioDevice::open(request, &audioDeviceCallback, this, &errorText);
+        std::unique_ptr<AudioOutputDevice> device =
+            AudioOutputDevice::open(request, &audioDeviceCallback, this, &errorText);
         if (!device) {
             logWarning(QStringLiteral("cannot open the audio output: %1").arg(errorText));
             return false;
@@ -145,7 +144,7 @@ void MyCAOpenGLLayer::syncOutputDevicePauseWithRunningFlag() {
     // Outside startStopMutex: pausing waits for the device's lock, which its
     // callback holds while it may wait for startStopMutex. The callback checks
     // the flag itself, so a device left running a moment too long plays silence.
-    SdlAudioDevice::applyPauseById(
+    AudioOutputDevice::applyPauseById(
         outputDeviceId.load(),
         [](void *engine) {
             return !static_cast<MyCAOpenGLLayer *>(engine)->isRunningOutputUnitValue.load();
@@ -192,8 +191,8 @@ void MyCAOpenGLLayer::callbackUpdateAudioFrameInNumberFrames(std::uint32_t numbe
     }
     numberFrames = std::min<std::uint32_t>(numberFrames, std::uint32_t(streamBytes / frameBytes));
 
-    // The pool serves at most `capacity` frames at once; SDL asks for exactly
-    // that, so this loops once.
+    // The pool serves at most `capacity` frames at once; devices ask for
+    // exactly that, so this loops once unless a driver chose a longer period.
     for (std::uint32_t done = 0; done < numberFrames;) {
         const auto chunk = std::min<std::uint32_t>(numberFrames - done, std::uint32_t(capacity));
         if (!renderAudioFrames(chunk, stream + std::size_t(done) * std::size_t(frameBytes))) {

@@ -14,7 +14,7 @@
 #include "engine/ffmpeg_handles.h"
 #include "engine/picture_layout.h"
 #include "engine/sample_pool.h"
-#include "engine/sdl_audio_device.h"
+#include "engine/audio_output_device.h"
 #include "engine/tracks.h"
 #include "engine/video_decoding_rules.h"
 
@@ -180,6 +180,11 @@ public:
     void stopOutputUnit();
     bool isRunningOutputUnit() const { return isRunningOutputUnitValue.load(); }
     bool hasOutputUnit() const { return outputDeviceId.load() != 0; }
+    // The open device's driver ("pulseaudio", "silent", ...); empty while none
+    // is open. Main thread.
+    QString outputDriverName() const {
+        return theOutputUnit ? theOutputUnit->driverName() : QString();
+    }
     // The device's frames per callback and channels, 0 while none is open.
     int outputFramesPerCallback() const { return outputFramesPerCallbackValue.load(); }
     // The render callback, on the device's thread: fills `numberFrames`
@@ -397,7 +402,7 @@ private:
     FramePtr aFrame;         // guarded by sampleDataThreadMutex
 
     // --- Audio output
-    std::unique_ptr<SdlAudioDevice> theOutputUnit;  // created and destroyed on the main thread
+    std::unique_ptr<AudioOutputDevice> theOutputUnit;  // created and destroyed on the main thread
     // The open device's id for the pause calls made from any thread; 0 when none.
     std::atomic<std::uint32_t> outputDeviceId{0};
     std::atomic<int> outputFramesPerCallbackValue{0};

@@ -1,5 +1,5 @@
-// Plays the generated fixtures through the engine and SDL's dummy audio
-// driver, which calls the render callback at real-time pace without a device.
+// Plays the generated fixtures through the engine and the silent output
+// device, which calls the render callback at real-time pace without sound.
 
 #include <gtest/gtest.h>
 

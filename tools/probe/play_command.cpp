@@ -1,5 +1,5 @@
 // tolvane-probe play: plays a file through the engine without a window
-// (sound through SDL, its dummy driver when there is no device) and reports
+// (sound through SDL, or silently when there is no device) and reports
 // how the clock and the pictures kept time.
 
 #include <QTextStream>
@@ -12,7 +12,6 @@
 #include <vector>
 
 #include "engine/my_ca_opengl_layer.h"
-#include "engine/sdl_audio_device.h"
 #include "probe_commands.h"
 
 namespace tolvane::probe {
@@ -92,7 +91,7 @@ int runPlayCommand(const QStringList &arguments) {
         printJson(QVariantMap{{QStringLiteral("result"), QStringLiteral("no audio output")}});
         return 1;
     }
-    QTextStream(stderr) << "audio driver: " << SdlAudioDevice::currentDriverName() << '\n';
+    QTextStream(stderr) << "audio driver: " << engine.outputDriverName() << '\n';
 
     const double frameDurationSec =
         engine.tracks().videotrack && engine.tracks().videotrack->fps > 0.0
