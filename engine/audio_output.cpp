@@ -13,11 +13,13 @@ namespace tolvane {
 
 namespace {
 
-// 20 ms per callback. The clock moves in these steps, so they must stay
-// well under a picture's duration. Smaller steps would risk underruns on
-// loaded machines.
-constexpr int kCallbacksPerSecond = 50;
-constexpr int kMinFramesPerCallback = 256;
+// The clock advances one callback at a time, so a picture can be shown up to
+// one step after it is due. The step is a little longer than a 60 Hz refresh:
+// then no refresh sees two steps at once, and the error stays under one step,
+// that is under one refresh. A step just shorter lets a refresh now and then
+// see two steps, twice the error; a step much longer is a bigger error itself.
+constexpr int kCallbacksPerSecond = 59;
+constexpr int kMinFramesPerCallback = 128;
 constexpr int kMaxFramesPerCallback = 4096;
 
 int framesPerCallbackFor(int sampleRate) {
