@@ -7,6 +7,7 @@
 #include <QTextStream>
 
 #include "app/first_player_window.h"
+#include "app/user_defaults.h"
 #include "base/localized_strings.h"
 
 int main(int argc, char **argv) {
@@ -15,6 +16,7 @@ int main(int argc, char **argv) {
     QApplication::setOrganizationName(QStringLiteral("Tolvane"));
     QApplication::setApplicationName(QStringLiteral("Tolvane"));
     tolvane::installLocalizedStrings();
+    tolvane::removeOwnerlessSettingsLock();
 
     const QStringList arguments = QApplication::arguments().mid(1);
     if (arguments.isEmpty()) {

@@ -1,5 +1,9 @@
 #include "user_defaults.h"
 
+#include <QDateTime>
+#include <QFile>
+#include <QFileInfo>
+#include <QLockFile>
 #include <QSettings>
 
 #include "caption_font.h"
@@ -78,6 +82,25 @@ std::unique_ptr<QSettings> openTolvaneSettings() {
                                                 QLatin1String(kSettingsApplication));
     settings->setAtomicSyncRequired(true);
     return settings;
+}
+
+bool removeOwnerlessSettingsLock() {
+    // QLockFile writes the owner right after creating the file, so a lock
+    // without one for a second is left over from a kill.
+    constexpr qint64 kOwnerWritingGraceMs = 1000;
+    const QString lockPath = openTolvaneSettings()->fileName() + QLatin1String(".lock");
+    const QFileInfo lockInfo(lockPath);
+    if (!lockInfo.exists()) {
+        return false;
+    }
+    qint64 ownerPid = 0;
+    QString ownerHost;
+    QString ownerApplication;
+    if (QLockFile(lockPath).getLockInfo(&ownerPid, &ownerHost, &ownerApplication)) {
+        return false;
+    }
+    const qint64 ageMs = lockInfo.lastModified().msecsTo(QDateTime::currentDateTime());
+    return ageMs > kOwnerWritingGraceMs && QFile::remove(lockPath);
 }
 
 UserDefaults::UserDefaults() : UserDefaults(preferredCaptionFontName()) {}

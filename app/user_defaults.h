@@ -41,6 +41,12 @@ QString fallbackCaptionFontName();
 // leaves the previous settings readable.
 std::unique_ptr<QSettings> openTolvaneSettings();
 
+// Removes the settings' lock file when a process was killed while taking it:
+// such a file names no owner, and QSettings would wait it out for 30 s on the
+// next save. A lock naming its owner, or too young to judge, is left alone.
+// Returns whether one was removed. Called once at start-up.
+bool removeOwnerlessSettingsLock();
+
 class UserDefaults {
 public:
     // Registers the table's defaults (registerDefaults), with the installed

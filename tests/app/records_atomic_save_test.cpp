@@ -39,6 +39,9 @@ TEST(RecordsAtomicSave, DISABLED_ChildSavesInALoopUntilKilled) {
     if (qEnvironmentVariableIsEmpty(kSaveLoopChildVariable)) {
         GTEST_SKIP() << "runs only as the child of AKillDuringASaveLeavesAWholeRecord";
     }
+    // As the application does at start-up: the previous child may have been
+    // killed while it was taking the settings' lock.
+    removeOwnerlessSettingsLock();
     for (int generation = 1;; ++generation) {
         std::printf("saving %d\n", generation);
         std::fflush(stdout);

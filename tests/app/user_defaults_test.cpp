@@ -2,6 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
+#include <QFile>
+#include <QLockFile>
+
 #include "app/caption_font.h"
 #include "app_test_support.h"
 #include "support/qt_printers.h"
@@ -111,6 +117,44 @@ TEST_F(UserDefaultsTest, EachFontKeepsItsOwnCaptionSettings) {
     defaults.saveValue(0.09, "FontSize2");
     EXPECT_EQ(defaults.valueForCPFSetting("FontSize2"), QVariant(0.03));
     EXPECT_FALSE(defaults.value("FontSize2").toMap().contains(""));
+}
+
+TEST_F(UserDefaultsTest, OnlyAnOwnerlessOldSettingsLockIsRemoved) {
+    const QString lockPath = openTolvaneSettings()->fileName() + QLatin1String(".lock");
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(lockPath).path()));
+    struct Case {
+        const char *name;
+        bool hasOwner;
+        int ageSec;
+        bool isRemoved;
+    };
+    const Case cases[] = {
+        {"left by a kill", false, 5, true},
+        {"just being created", false, 0, false},
+        {"held by a live process", true, 5, false},
+    };
+    for (const Case &c : cases) {
+        QLockFile heldLock(lockPath);
+        QFile lockFile(lockPath);
+        if (c.hasOwner) {
+            ASSERT_TRUE(heldLock.tryLock(0)) << c.name;
+            ASSERT_TRUE(lockFile.open(QIODevice::ReadWrite)) << c.name;
+        } else {
+            ASSERT_TRUE(lockFile.open(QIODevice::WriteOnly | QIODevice::Truncate)) << c.name;
+        }
+        ASSERT_TRUE(lockFile.setFileTime(QDateTime::currentDateTime().addSecs(-c.ageSec),
+                                         QFileDevice::FileModificationTime))
+            << c.name;
+        lockFile.close();
+
+        EXPECT_EQ(removeOwnerlessSettingsLock(), c.isRemoved) << c.name;
+        EXPECT_EQ(QFile::exists(lockPath), !c.isRemoved) << c.name;
+        if (c.hasOwner) {
+            heldLock.unlock();
+        }
+        QFile::remove(lockPath);
+    }
+    EXPECT_FALSE(removeOwnerlessSettingsLock()) << "no lock at all";
 }
 
 TEST(CaptionFont, PrefersKoreanNotoAtTheLightestInstalledWeight) {
