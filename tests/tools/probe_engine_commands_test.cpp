@@ -1,0 +1,114 @@
+// The probe's tracks, frames and play commands: their output and exit codes.
+
+#include <gtest/gtest.h>
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcessEnvironment>
+#include <QSet>
+
+#include "support/probe_runner.h"
+#include "support/qt_printers.h"
+#include "support/test_media.h"
+
+namespace tolvane {
+namespace {
+
+using test::mediaPath;
+
+test::ProbeRun runProbe(const QStringList &arguments) {
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("SDL_AUDIODRIVER"), QStringLiteral("dummy"));
+    return test::runProbe(arguments, environment);
+}
+
+TEST(ProbeCommands, BadUsageExitsTwoAndFailedOpensExitOne) {
+    struct Case {
+        QStringList arguments;
+        int exitCode;
+        const char *resultPrefix;  // null for usage errors
+    };
+    const Case cases[] = {
+        {{"no-such-command"}, 2, nullptr},
+        {{"tracks"}, 2, nullptr},
+        {{"frames"}, 2, nullptr},
+        {{"frames", mediaPath("h264_aac.mkv"), "--count", "x"}, 2, nullptr},
+        {{"play"}, 2, nullptr},
+        {{"play", mediaPath("h264_aac.mkv"), "--seek", "soon"}, 2, nullptr},
+        {{"tracks", mediaPath("video_only.mkv")}, 1, "-2003"},
+        {{"tracks", mediaPath("random.mkv")}, 1, "-2000"},
+        {{"frames", mediaPath("video_only.mkv")}, 1, "-2003"},
+        {{"play", mediaPath("video_only.mkv")}, 1, "-2003"},
+    };
+    for (const Case &c : cases) {
+        const test::ProbeRun run = runProbe(c.arguments);
+        EXPECT_EQ(run.exitCode, c.exitCode) << c.arguments.join(' ').toStdString();
+        if (c.resultPrefix != nullptr) {
+            EXPECT_TRUE(run.json["result"].toString().startsWith(c.resultPrefix))
+                << c.arguments.join(' ').toStdString();
+        }
+    }
+}
+
+TEST(ProbeCommands, TracksPrintsTheRecord) {
+    const test::ProbeRun run = runProbe({"tracks", mediaPath("audio_first.mkv")});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.json["result"].toString(), "+1000");
+    EXPECT_EQ(run.json["tracks"]["videotrack"]["idx"].toInt(), 1);
+    EXPECT_EQ(run.json["tracks"]["audiotrack"]["0"]["channel"].toString(), "Stereo");
+    EXPECT_EQ(run.json["pixelFormatMode"].toInt(), 42010);
+    EXPECT_NEAR(run.json["durationSecOfMovieFile"].toDouble(), 2.0, 0.1);
+}
+
+TEST(ProbeCommands, FramesPrintsTheFirstPicturesWithTimeSizeAndChecksum) {
+    const test::ProbeRun run = runProbe({"frames", mediaPath("h264_aac.mkv"), "--count", "5"});
+    EXPECT_EQ(run.exitCode, 0);
+    QList<QJsonObject> lines;
+    for (const QByteArray &line : run.standardOutput.split('\n')) {
+        if (!line.isEmpty()) {
+            lines.push_back(QJsonDocument::fromJson(line).object());
+        }
+    }
+    ASSERT_EQ(lines.size(), 5);
+    QSet<QString> checksums;
+    for (int i = 0; i < lines.size(); ++i) {
+        EXPECT_EQ(lines[i]["index"].toInt(), i);
+        EXPECT_NEAR(lines[i]["time"].toDouble(), 0.021 + 0.04 * i, 1e-9);
+        EXPECT_EQ(lines[i]["width"].toInt(), 320);
+        EXPECT_EQ(lines[i]["height"].toInt(), 240);
+        EXPECT_EQ(lines[i]["bytes"].toInt(), 320 * 240 * 2);
+        EXPECT_EQ(lines[i]["pixelFormatMode"].toInt(), 42010);
+        EXPECT_EQ(lines[i]["checksum"].toString().size(), 8);
+        checksums.insert(lines[i]["checksum"].toString());
+    }
+    EXPECT_EQ(checksums.size(), 5) << "the test pattern moves every frame";
+}
+
+TEST(ProbeCommands, PlayPlaysToTheEndAndReportsTheSummary) {
+    const test::ProbeRun run = runProbe({"play", mediaPath("h264_aac.mkv")});
+    ASSERT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.json["result"].toString(), "+1000");
+    EXPECT_TRUE(run.json["endReached"].toBool());
+    EXPECT_TRUE(run.json["outputStopped"].toBool());
+    EXPECT_EQ(run.json["clockStartSec"].toDouble(-1), 0.0);
+    EXPECT_NEAR(run.json["clockEndSec"].toDouble(), 2.0, 0.05);
+    // 25 pictures a second for two seconds, each shown when its time came.
+    EXPECT_GE(run.json["framesShown"].toInt(), 48);
+    const QJsonObject sync = run.json["syncErrorMs"].toObject();
+    EXPECT_TRUE(sync.contains("p99") && sync.contains("max"));
+    EXPECT_TRUE(run.json.contains("wallSec") && run.json.contains("cpuSec"));
+    // A picture is shown once the clock reaches it, so never early.
+    EXPECT_LE(sync["p50"].toDouble(1.0), 0.0);
+}
+
+TEST(ProbeCommands, PlaySeeksIntoTheLastTwoSecondsAndStopsAfterTheGivenTime) {
+    const test::ProbeRun run =
+        runProbe({"play", mediaPath("long_h264_aac.mkv"), "--seek", "9.5", "--for", "0.5"});
+    ASSERT_EQ(run.exitCode, 0);
+    // Two seconds before the end, from the key frame the demuxer lands on.
+    EXPECT_NEAR(run.json["clockStartSec"].toDouble(), 8.021, 0.01);
+    EXPECT_FALSE(run.json["outputStopped"].toBool(true)) << "stopped by --for, not the end";
+}
+
+}  // namespace
+}  // namespace tolvane
