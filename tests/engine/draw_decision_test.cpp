@@ -44,7 +44,6 @@ TEST(DrawDecision, NextFrameByHowFarItIsFromTheClock) {
 TEST(DrawDecision, ClearsUntilTheFirstAudioFrameHasPlayed) {
     DrawDecisionState state = playing(10.0);
     state.hasPlayedAudio = false;
-    state.currentTimeSec = 10.0;
     EXPECT_TRUE(decideDraw(state).clearBuffers);
     state.hasPlayedAudio = true;
     EXPECT_FALSE(decideDraw(state).clearBuffers);
@@ -53,7 +52,6 @@ TEST(DrawDecision, ClearsUntilTheFirstAudioFrameHasPlayed) {
 TEST(DrawDecision, AfterAResizeTheOldFrameIsRedrawnWithoutTakingANewOne) {
     DrawDecisionState state = playing(9.9);
     state.isResized = true;
-    state.countAfterChangeScreen = 0;
     DrawDecision decision = decideDraw(state);
     EXPECT_TRUE(decision.answer);
     EXPECT_EQ(decision.frameAction, NextFrameAction::None);

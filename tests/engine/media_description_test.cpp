@@ -13,8 +13,6 @@ struct ChannelCase {
     bool isQuad;
 };
 
-// English table: MONO "Mono", STEREO "Stereo", CHANNELS "Channels",
-// REDUCHANNELS " channels".
 const ChannelCase kChannelCases[] = {
     {"mono", "Mono", false},
     {"stereo", "Stereo", false},
@@ -61,22 +59,6 @@ TEST(UglyKeyframe, LargestMinDistanceUpToTheSecondKeyframe) {
     for (const Case &c : cases) {
         EXPECT_EQ(isUglyKeyframeFromIndexEntries(c.entries), c.expected)
             << "entries: " << c.entries.size();
-    }
-}
-
-TEST(FormatTables, PixelFormatModesAndBytesPerChannel) {
-    EXPECT_EQ(pixelFormatModeFor(AV_PIX_FMT_YUV420P), 42010);
-    EXPECT_EQ(pixelFormatModeFor(AV_PIX_FMT_YUV420P10LE), 42020);
-    EXPECT_EQ(pixelFormatModeFor(AV_PIX_FMT_YUV444P10LE), 44420);
-    EXPECT_EQ(pixelFormatModeFor(AV_PIX_FMT_YUVJ420P), 0);
-    EXPECT_EQ(pixelFormatModeFor(AV_PIX_FMT_YUV422P), 0);
-    for (AVSampleFormat format :
-         {AV_SAMPLE_FMT_S32, AV_SAMPLE_FMT_FLT, AV_SAMPLE_FMT_S32P, AV_SAMPLE_FMT_FLTP}) {
-        EXPECT_EQ(audioBytesPerChannelFor(format), 4) << av_get_sample_fmt_name(format);
-    }
-    for (AVSampleFormat format : {AV_SAMPLE_FMT_U8, AV_SAMPLE_FMT_S16, AV_SAMPLE_FMT_DBL,
-                                  AV_SAMPLE_FMT_U8P, AV_SAMPLE_FMT_S16P, AV_SAMPLE_FMT_DBLP}) {
-        EXPECT_EQ(audioBytesPerChannelFor(format), 2) << av_get_sample_fmt_name(format);
     }
 }
 

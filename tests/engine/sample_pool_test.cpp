@@ -154,17 +154,5 @@ TEST(SampleQueueLimit, ShrinksToTheFramesStillToCome) {
     }
 }
 
-TEST(AudioDecodingRules, ErrorCountSaturatesAtFourAndFrameSizesDefault) {
-    int count = 0;
-    std::vector<int> counts;
-    for (int i = 0; i < 6; ++i) {
-        count = nextAudioDecodingErrorCount(count);
-        counts.push_back(count);
-    }
-    EXPECT_EQ(counts, (std::vector<int>{1, 2, 3, 4, 4, 4}));
-    EXPECT_EQ(defaultAudioFrameSizeFor(true), 512);
-    EXPECT_EQ(defaultAudioFrameSizeFor(false), 1024);
-}
-
 }  // namespace
 }  // namespace tolvane
