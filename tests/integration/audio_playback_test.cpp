@@ -20,9 +20,8 @@ namespace {
 using test::mediaPath;
 using test::waitUntil;
 
-// The times of the first `count` packets of `audioStream` at or after
-// `targetSec` that a demuxer delivers after the engine's last seek, read
-// with a context of the test's own.
+// The times of the first `count` audio packets at or after `targetSec` that
+// a demuxer of the test's own delivers after repeating the engine's last seek.
 std::vector<double> audioPacketSecsAfterSeek(const QString &path, const MyCAOpenGLLayer &engine,
                                              double targetSec, std::size_t count) {
     OpenedInput input = openInputWithStreamInfo(QFile::encodeName(path).constData());
@@ -73,10 +72,8 @@ protected:
     bool waitForClockPast(double sec, int timeoutMs = 10000) {
         return waitUntil([&] { return engine.currentTimeSec() > sec; }, timeoutMs);
     }
-    // Makes draw decisions as a display would, every few milliseconds, until
-    // the output has stayed stopped for a while (it also stops when playback
-    // starts before any packet is read, and is started again) or time is up.
-    // Returns the time of the last picture shown.
+    // Makes draw decisions as a display would until the output has stayed
+    // stopped for half a second; returns the time of the last picture shown.
     double showPicturesUntilTheOutputStops(int timeoutMs = 10000) {
         double lastShownSec = -1.0;
         int stoppedPolls = 0;
@@ -98,24 +95,6 @@ protected:
     QString path;
     MyCAOpenGLLayer engine;
 };
-
-TEST_F(AudioPlaybackTest, ClockFollowsRealTime) {
-    open("long_h264_aac.mkv");
-    start();
-    ASSERT_TRUE(waitForClockPast(0.2));
-    EXPECT_TRUE(engine.isRunningOutputUnit());
-    const auto wallStart = std::chrono::steady_clock::now();
-    const double clockStart = engine.currentTimeSec();
-    std::this_thread::sleep_for(std::chrono::milliseconds(1500));
-    const double wallSec =
-        std::chrono::duration<double>(std::chrono::steady_clock::now() - wallStart).count();
-    const double clockSec = engine.currentTimeSec() - clockStart;
-    // Generous: the machines that run this are loaded; the probe measures precisely.
-    EXPECT_NEAR(clockSec / wallSec, 1.0, 0.25)
-        << "clock " << clockSec << " s over " << wallSec << " s";
-    // The clock counts whole callbacks.
-    EXPECT_EQ(engine.outputtedSampleCount() % engine.outputFramesPerCallback(), 0);
-}
 
 TEST_F(AudioPlaybackTest, PauseFreezesTheClockAndStopsReading) {
     open("long_h264_aac.mkv");
@@ -229,23 +208,6 @@ TEST_F(AudioPlaybackTest, SeekRebasesTheClockOnTheFirstAudioPacketAtTheTarget) {
     EXPECT_EQ(engine.lastSeekFlags(), 9);
 }
 
-TEST_F(AudioPlaybackTest, SeekIntoTheLastTwoSecondsLandsTwoSecondsBeforeTheEnd) {
-    open("long_h264_aac.mkv");
-    const double lastSeekableSec = engine.fileDurationSec() + engine.startTimeSec() - 2.0;
-    engine.setCurrentTimeSec(engine.fileDurationSec() - 0.5, true);
-    EXPECT_NEAR(engine.currentTimeSec(), lastSeekableSec, 1.0 / sampleRate());
-
-    // The demuxer went to the third key frame from the end (one a second, the last at 9.021 s).
-    const double videoTimeBase = 0.001;
-    EXPECT_EQ(engine.lastSeekTimestamp(), 7021);
-    start();
-    // Playback goes on from the audio at that key frame, never from the last two seconds.
-    ASSERT_TRUE(waitForClockPast(7.021 - videoTimeBase));
-    ASSERT_TRUE(waitForClockPast(engine.currentTimeSec() + 0.1));
-    engine.setRate(0.0);
-    EXPECT_LT(engine.currentTimeSec(), lastSeekableSec + 0.5);
-}
-
 TEST_F(AudioPlaybackTest, ChangingTrackResumesOneSecondEarlierAndKeepsPlaying) {
     open("three_audio.mkv");
     start();
@@ -273,8 +235,7 @@ TEST_F(AudioPlaybackTest, ChangingTrackWhilePausedStaysPaused) {
     EXPECT_EQ(engine.audioStreamIndex(), 3);
     EXPECT_EQ(engine.rate(), 0.0);
     EXPECT_FALSE(engine.isRunningOutputUnit());
-    // Not before the start of the media.
-    EXPECT_NEAR(engine.currentTimeSec(), std::max(0.0, stoodAt - 1.0), 0.001);
+    EXPECT_NEAR(engine.currentTimeSec(), stoodAt - 1.0, 0.001);
 }
 
 TEST_F(AudioPlaybackTest, TrackWithoutDecoderKeepsTheOldTrackAndSaysSo) {
