@@ -196,15 +196,12 @@ TEST_F(MySubtitleLoadTest, FullKeysAndTheRememberedChoice) {
 }
 
 TEST(HumanReadableError, EachFailureCodeHasItsMessage) {
-    struct Case {
-        const char *code;
-        const char *key;
-    };
-    for (const Case &c : {Case{"s", "WARNINGMTXACC"}, Case{"e", "WARNINGMTXTXE"},
-                          Case{"f", "WARNINGMTXFMT"}, Case{"c", "WARNINGMTXCTS"}}) {
-        const QString message = MySubtitle::humanReadableError(c.code);
-        EXPECT_EQ(message, localizedString(c.key)) << c.code;
-        EXPECT_FALSE(message.isEmpty() || message == c.key) << c.code << ": no English text";
+    for (const auto &[code, key] :
+         {std::pair{"s", "WARNINGMTXACC"}, std::pair{"e", "WARNINGMTXTXE"},
+          std::pair{"f", "WARNINGMTXFMT"}, std::pair{"c", "WARNINGMTXCTS"}}) {
+        const QString message = MySubtitle::humanReadableError(code);
+        EXPECT_EQ(message, localizedString(key)) << code;
+        EXPECT_FALSE(message.isEmpty() || message == key) << code << ": no English text";
     }
     for (const char *code : {"x", "", "q", "ss"}) {
         EXPECT_TRUE(MySubtitle::humanReadableError(code).isNull()) << code;
