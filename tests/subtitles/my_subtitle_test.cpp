@@ -157,8 +157,6 @@ TEST_F(MySubtitleLoadTest, FullKeysAndTheRememberedChoice) {
     MySubtitle subtitle = load("Show.S01E01.mkv");
     ASSERT_EQ(subtitle.entryCount(), 3);
     EXPECT_EQ(subtitle.subtitleSorteds()[0], (QStringList{"-900000000", "1000", "2000"}));
-    EXPECT_EQ(subtitle.subtitleSorteds()[2],
-              (QStringList{"-900000000", "1000", "2500", "3000", "4000"}));
     EXPECT_EQ(subtitle.lineAt(1, 1).rows.at(0).fill.text(), "안녕하세요");
     EXPECT_EQ(subtitle.subtitleDelays(), (QList<qint32>(3, kUnsetSubtitleDelay)));
     EXPECT_EQ(subtitle.successSubtitleFileURLs(),
@@ -183,16 +181,12 @@ TEST_F(MySubtitleLoadTest, FullKeysAndTheRememberedChoice) {
     subtitle.toggleRow(3);
     EXPECT_EQ(subtitle.reOpenSubtitleIdxs(),
               (QStringList{subtitle.fullKey(2), subtitle.fullKey(0), "integrated"}));
-    EXPECT_EQ(MySubtitle::cofIdxsFromReOpenSubtitleIdxs(subtitle.reOpenSubtitleIdxs()).last(),
-              "#*QZR*COF*KEY*#integrated");
 
     subtitle.delayPlus(-250);
     const SubtitleDelayDic delays = subtitle.reOpenDelayDic();
     EXPECT_EQ(delays.size(), 3);
     EXPECT_EQ(delays.value(subtitle.fullKey(0)), -250);
     EXPECT_EQ(delays.value(subtitle.fullKey(1)), kUnsetSubtitleDelay);
-    EXPECT_EQ(MySubtitle::cofDicFromReOpenDelayDic(delays).firstKey(),
-              "#*QZR*COF*KEY*#" + delays.firstKey());
 }
 
 TEST(HumanReadableError, EachFailureCodeHasItsMessage) {
