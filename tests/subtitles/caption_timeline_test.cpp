@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "processed_line_text.h"
 #include "subtitle_test_folder.h"
 #include "subtitles/my_subtitle.h"
 #include "support/qt_printers.h"
@@ -7,8 +8,7 @@
 namespace tolvane::subtitles {
 namespace {
 
-using test::samiText;
-using test::SubtitleTestFolder;
+using tolvane::test::SubtitleTestFolder;
 
 // Loads `video`'s captions; each element of `classes` becomes one SAMI class
 // of "<base>.smi" whose syncs at 0, 1000 and 2000 show "<class> 0" etc.
@@ -29,14 +29,7 @@ MySubtitle loadClasses(SubtitleTestFolder &folder, const QString &base,
     return subtitle;
 }
 
-// Eight entries "C0CC" .. "C7CC", in that order.
-QStringList eightClasses() {
-    QStringList classes;
-    for (int i = 0; i < 8; ++i) {
-        classes << QStringLiteral("C%1CC").arg(i);
-    }
-    return classes;
-}
+const QStringList kEightClasses = {"C0CC", "C1CC", "C2CC", "C3CC", "C4CC", "C5CC", "C6CC", "C7CC"};
 
 std::vector<qint64> chosen(const MySubtitle &subtitle) { return subtitle.matrixSelecteds(true); }
 
@@ -69,7 +62,7 @@ TEST(ToggleRow, ClicksFormATwoSlotQueue) {
          {{-1, "-100", {}}, {kIntegratedRow + 1, "-100", {}}, {0, "-100", {0}}}},
     };
     for (const Case &c : cases) {
-        MySubtitle subtitle = loadClasses(folder, QString::number(&c - cases), eightClasses());
+        MySubtitle subtitle = loadClasses(folder, QString::number(&c - cases), kEightClasses);
         for (const Click &click : c.clicks) {
             EXPECT_EQ(subtitle.toggleRow(click.row), click.answer)
                 << c.what << ", row " << click.row;
@@ -91,7 +84,7 @@ TEST(ToggleRow, ClicksFormATwoSlotQueue) {
 
 TEST(SetOrders, RestoresRememberedOrCarriedOverChoicesElseTheDefault) {
     SubtitleTestFolder folder;
-    const MySubtitle reference = loadClasses(folder, "ep1", eightClasses());
+    const MySubtitle reference = loadClasses(folder, "ep1", kEightClasses);
     const QString key1 = reference.fullKey(1);
     const QString key3 = reference.fullKey(3);
     const QString key5 = reference.fullKey(5);
@@ -104,15 +97,15 @@ TEST(SetOrders, RestoresRememberedOrCarriedOverChoicesElseTheDefault) {
     };
     const Case cases[] = {
         {"two tracks and the integrated mode",
-         eightClasses(),
+         kEightClasses,
          {key3, key1, "integrated"},
          {3, 1, 8}},
         {"one track followed by integrated restores the track alone",
-         eightClasses(),
+         kEightClasses,
          {key5, "integrated"},
          {5}},
         {"carried over from another episode, matched without the base name",
-         eightClasses(),
+         kEightClasses,
          MySubtitle::cofIdxsFromReOpenSubtitleIdxs({key5, key3, "integrated"}),
          {5, 3, 8}},
         {"a remembered key that matches no entry: the default", {"ENCC", "KRCC"}, {key3}, {1}},
@@ -253,11 +246,7 @@ TEST(IsUpdatedSortedIdx, KeysOfEqualValueForwardToTheFirstBackToTheLast) {
 QStringList groupsOf(const TextLayerDic &groups) {
     QStringList lines;
     for (const auto &[name, line] : groups) {
-        QStringList rows;
-        for (const ProcessedRow &row : line.rows) {
-            rows << row.fill.text();
-        }
-        lines << name + ": " + rows.join('|');
+        lines << name + ": " + test::rowTexts(line).join('|');
     }
     return lines;
 }
@@ -304,26 +293,18 @@ TEST(TextLayerDic, ReportsOnlyChangedGroupsInTheirPlaces) {
 }
 
 TEST(IntegratedFstLineDic, StacksTheRowsAndSkipsABlankLine) {
-    SubtitleTestFolder folder;
-    folder.write("i.mkv");
-    folder.write("i.srt",
-                 "1\n00:00:01,000 --> 00:00:02,000\nOne\nTwo\n\n"
-                 "2\n00:00:03,000 --> 00:00:04,000\nThree\n");
-    MySubtitle subtitle;
-    subtitle.openSubtitleFileURL(folder.path("i.mkv"), encodingItemsToTry(0), false, {});
-    ASSERT_EQ(subtitle.entryCount(), 1);
-    const TimeContentDictionary &lines = subtitle.entries()[0].tcDic;
-    const ProcessedLine joined =
-        MySubtitle::integratedFstLineDic(lines.value("1000"), lines.value("3000"));
+    const TagProcessor processor = test::fixedWidthProcessor();
+    const ProcessedLine oneTwo = processor.processingTag(u"One\nTwo", u"srt");
+    const ProcessedLine three = processor.processingTag(u"Three", u"srt");
+    const ProcessedLine blank = processor.processingTag(u" ", u"srt");
+    const ProcessedLine joined = MySubtitle::integratedFstLineDic(oneTwo, three);
+    EXPECT_EQ(test::rowTexts(joined), (QStringList{"One", "Two", "Three"}));
     ASSERT_EQ(joined.rows.size(), 3u);
-    EXPECT_EQ(joined.rows[2].fill.text(), "Three");
     EXPECT_EQ(joined.rows[2].rowKey, 6);
     EXPECT_GT(joined.rows[2].lastCharacterIndex, joined.rows[1].lastCharacterIndex);
-    EXPECT_EQ(groupsOf({{"g", MySubtitle::integratedFstLineDic(lines.value("2000"),
-                                                               lines.value("3000"))}}),
-              QStringList{"g: Three"});
-    EXPECT_EQ(groupsOf({{"g", MySubtitle::integratedFstLineDic(lines.value("1000"), {})}}),
-              QStringList{"g: One|Two"});
+    EXPECT_EQ(test::rowTexts(MySubtitle::integratedFstLineDic(blank, three)), QStringList{"Three"});
+    EXPECT_EQ(test::rowTexts(MySubtitle::integratedFstLineDic(oneTwo, {})),
+              (QStringList{"One", "Two"}));
 }
 
 }  // namespace

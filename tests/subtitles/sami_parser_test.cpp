@@ -25,70 +25,66 @@ QStringList describe(const SamiClassDictionaries &classes) {
     return described;
 }
 
-struct SamiCase {
-    const char *name;
-    QString text;
-    QStringList expected;
-};
-
-class SamiParsing : public ::testing::TestWithParam<SamiCase> {};
-
-TEST_P(SamiParsing, GivesTimedLinesPerClass) {
-    const TagProcessor processor = test::fixedWidthProcessor();
-    EXPECT_EQ(describe(parsingSmiFileToLocalTimeContent(GetParam().text, u"smi", processor)),
-              GetParam().expected);
-}
-
 const QString kHead = QStringLiteral(
     "<SAMI><HEAD><STYLE><!-- .KRCC {Name:Korean; lang:ko-KR;} --></STYLE></HEAD><BODY>\r\n");
 
-INSTANTIATE_TEST_SUITE_P(
-    Cases, SamiParsing,
-    ::testing::Values(
-        SamiCase{"TwoClasses",
-                 kHead + "<SYNC Start=1000><P Class=KRCC>안녕\r\n"
-                         "<SYNC Start=1000><P Class=ENCC>Hello\r\n"
-                         "<SYNC Start=2000><P Class=KRCC>&nbsp;\r\n"
-                         "<SYNC Start=2000><P Class=ENCC>&nbsp;\r\n</BODY></SAMI>",
-                 {"ENCC:-900000000= ;1000=Hello;2000= ", "KRCC:-900000000= ;1000=안녕;2000= "}},
-        SamiCase{"OneClassPerSync",
-                 kHead + "<SYNC Start=1000><P Class=KRCC>가<P Class=ENCC>A\r\n"
-                         "<SYNC Start=2000><P Class=ENCC>B</BODY>",
-                 {"ENCC:-900000000= ;2000=B", "KRCC:-900000000= ;1000=가A"}},
-        SamiCase{"QuotedAndSpacedStart",
-                 kHead + "<SYNC Start=\"1000\"><P Class=KRCC>a<SYNC Start= 2000 ><P "
-                         "Class=\"krcc\">b</body>",
-                 {"KRCC:-900000000= ;1000=a;2000=b"}},
-        SamiCase{"KeysStoredAsWritten",
-                 "<sync start=1000 end=2000><p class=KRCC>a<sync start=3000><p class=KRCC>b",
-                 {"KRCC:-900000000= ;1000 end=2000=a;3000=b"}},
-        SamiCase{"BodyEndInAnyCase",
-                 "<sync start=1000><p class=KRCC>a<br>b</BoDy></sami>trailing",
-                 {"KRCC:-900000000= ;1000=a|b"}},
-        SamiCase{"LastSyncWithoutStartLosesTheContentBefore",
-                 "<sync start=1000><p class=KRCC>a<sync start=2000><p class=KRCC>b<sync><p "
-                 "class=KRCC>c",
-                 {"KRCC:-900000000= ;1000=a"}},
-        SamiCase{"IncompleteLastSyncIsNotStored",
-                 "<sync start=1000><p class=KRCC>a<sync start=2000>&nbsp;",
-                 {"KRCC:-900000000= ;1000=a"}},
-        SamiCase{"BareSyncKeepsThePreviousClass",
-                 "<sync start=1000><p class=ENCC>a<sync start=2000>&nbsp;<sync start=3000><p "
-                 "class=ENCC>c",
-                 {"ENCC:-900000000= ;1000=a;2000= ;3000=c"}},
-        SamiCase{"FirstBareSyncTakesTheFirstClassOfTheText",
-                 "<sync start=500>x<sync start=1000><p class=ENCC>a",
-                 {"ENCC:-900000000= ;500=x;1000=a"}},
-        SamiCase{"SpacedClassJoinsAnExistingOne",
-                 "<sync start=1><p class=KR CC>a<sync start=2><p class=KRCC>b<sync start=3><p "
-                 "class=KR CC>c",
-                 {"KR CC:-900000000= ;1=a", "KRCC:-900000000= ;2=b;3=c"}},
-        SamiCase{"ExplicitBlankKeyIsKept",
-                 "<sync start=-900000000><p class=KRCC>early<sync start=5><p class=KRCC>b",
-                 {"KRCC:-900000000=early;5=b"}},
-        SamiCase{"NoStartAnywhere", "<sync><p class=KRCC>a", {}},
-        SamiCase{"NoSync", "<p class=KRCC>a", {}}, SamiCase{"Empty", "", {}}),
-    [](const auto &testCase) { return std::string(testCase.param.name); });
+TEST(ParsingSmiFileToLocalTimeContent, GivesTimedLinesPerClass) {
+    struct Case {
+        const char *name;
+        QString text;
+        QStringList expected;
+    };
+    const Case cases[] = {
+        {"TwoClasses",
+         kHead + "<SYNC Start=1000><P Class=KRCC>안녕\r\n"
+                 "<SYNC Start=1000><P Class=ENCC>Hello\r\n"
+                 "<SYNC Start=2000><P Class=KRCC>&nbsp;\r\n"
+                 "<SYNC Start=2000><P Class=ENCC>&nbsp;\r\n</BODY></SAMI>",
+         {"ENCC:-900000000= ;1000=Hello;2000= ", "KRCC:-900000000= ;1000=안녕;2000= "}},
+        {"OneClassPerSync",
+         kHead + "<SYNC Start=1000><P Class=KRCC>가<P Class=ENCC>A\r\n"
+                 "<SYNC Start=2000><P Class=ENCC>B</BODY>",
+         {"ENCC:-900000000= ;2000=B", "KRCC:-900000000= ;1000=가A"}},
+        {"QuotedAndSpacedStart",
+         kHead + "<SYNC Start=\"1000\"><P Class=KRCC>a<SYNC Start= 2000 ><P "
+                 "Class=\"krcc\">b</body>",
+         {"KRCC:-900000000= ;1000=a;2000=b"}},
+        {"KeysStoredAsWritten",
+         "<sync start=1000 end=2000><p class=KRCC>a<sync start=3000><p class=KRCC>b",
+         {"KRCC:-900000000= ;1000 end=2000=a;3000=b"}},
+        {"BodyEndInAnyCase",
+         "<sync start=1000><p class=KRCC>a<br>b</BoDy></sami>trailing",
+         {"KRCC:-900000000= ;1000=a|b"}},
+        {"LastSyncWithoutStartLosesTheContentBefore",
+         "<sync start=1000><p class=KRCC>a<sync start=2000><p class=KRCC>b<sync><p "
+         "class=KRCC>c",
+         {"KRCC:-900000000= ;1000=a"}},
+        {"IncompleteLastSyncIsNotStored",
+         "<sync start=1000><p class=KRCC>a<sync start=2000>&nbsp;",
+         {"KRCC:-900000000= ;1000=a"}},
+        {"BareSyncKeepsThePreviousClass",
+         "<sync start=1000><p class=ENCC>a<sync start=2000>&nbsp;<sync start=3000><p "
+         "class=ENCC>c",
+         {"ENCC:-900000000= ;1000=a;2000= ;3000=c"}},
+        {"FirstBareSyncTakesTheFirstClassOfTheText",
+         "<sync start=500>x<sync start=1000><p class=ENCC>a",
+         {"ENCC:-900000000= ;500=x;1000=a"}},
+        {"SpacedClassJoinsAnExistingOne",
+         "<sync start=1><p class=KR CC>a<sync start=2><p class=KRCC>b<sync start=3><p "
+         "class=KR CC>c",
+         {"KR CC:-900000000= ;1=a", "KRCC:-900000000= ;2=b;3=c"}},
+        {"ExplicitBlankKeyIsKept",
+         "<sync start=-900000000><p class=KRCC>early<sync start=5><p class=KRCC>b",
+         {"KRCC:-900000000=early;5=b"}},
+        {"NoStartAnywhere", "<sync><p class=KRCC>a", {}},
+        {"NoSync", "<p class=KRCC>a", {}},
+    };
+    const TagProcessor processor = test::fixedWidthProcessor();
+    for (const Case &c : cases) {
+        EXPECT_EQ(describe(parsingSmiFileToLocalTimeContent(c.text, u"smi", processor)), c.expected)
+            << c.name;
+    }
+}
 
 }  // namespace
 }  // namespace tolvane::subtitles

@@ -2,10 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
-
+#include "subtitle_test_folder.h"
 #include "support/qt_printers.h"
 
 namespace tolvane {
@@ -13,66 +10,57 @@ namespace {
 
 class SubtitleDiscoveryTest : public ::testing::Test {
 protected:
-    // Creates the file (and its folders) below the temporary root.
-    QString touch(const QString &relativePath) {
-        const QString path = root.filePath(relativePath);
-        QDir().mkpath(QFileInfo(path).absolutePath());
-        QFile file(path);
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly)) << relativePath.toStdString();
-        return QFileInfo(path).canonicalFilePath();
-    }
     // "<ptype> <path relative to the root>" for each found file.
     QStringList found(const QString &video, const char *type, bool bdmv = false,
                       const QString &where = {}) {
         QStringList lines;
-        const QString canonicalRoot = QFileInfo(root.path()).canonicalFilePath() + '/';
         for (const FoundSubtitleFile &file :
-             realSubtitleURL(root.filePath(video), QString::fromLatin1(type), bdmv,
-                             where.isEmpty() ? QString() : root.filePath(where))) {
-            lines << file.ptype + ' ' + QString(file.url).remove(canonicalRoot);
+             realSubtitleURL(folder.path(video), QString::fromLatin1(type), bdmv,
+                             where.isEmpty() ? QString() : folder.path(where))) {
+            lines << file.ptype + ' ' + folder.relative(file.url);
         }
         return lines;
     }
-    QTemporaryDir root;
+    test::SubtitleTestFolder folder;
 };
 
 TEST_F(SubtitleDiscoveryTest, BesideTheVideoPlainThenAsteriskForm) {
-    touch("show/a.mkv");
-    touch("show/a.smi");
-    touch("show/a*.smi");
-    touch("show/ab.smi");  // another name: never matched as a pattern
+    folder.write("show/a.mkv");
+    folder.write("show/a.smi");
+    folder.write("show/a*.smi");
+    folder.write("show/ab.smi");  // another name: never matched as a pattern
     EXPECT_EQ(found("show/a.mkv", "smi"), (QStringList{"v show/a.smi", "v* show/a*.smi"}));
     EXPECT_EQ(found("show/a.mkv", "srt"), QStringList{});
 }
 
 TEST_F(SubtitleDiscoveryTest, AsteriskFileAloneIsFoundLiterally) {
-    touch("show/b.mkv");
-    touch("show/b*.srt");
-    touch("show/b-extra.srt");
+    folder.write("show/b.mkv");
+    folder.write("show/b*.srt");
+    folder.write("show/b-extra.srt");
     EXPECT_EQ(found("show/b.mkv", "srt"), QStringList{"v* show/b*.srt"});
 }
 
 TEST_F(SubtitleDiscoveryTest, ChosenFolderOnlyWhenNothingIsBesideTheVideo) {
-    touch("show/c.mkv");
-    touch("where/Tolvane/c.srt");
+    folder.write("show/c.mkv");
+    folder.write("where/Tolvane/c.srt");
     EXPECT_EQ(found("show/c.mkv", "srt", false, "where"), QStringList{"k where/Tolvane/c.srt"});
     EXPECT_EQ(found("show/c.mkv", "srt"), QStringList{}) << "no chosen folder given";
 
-    touch("show/c.srt");
+    folder.write("show/c.srt");
     EXPECT_EQ(found("show/c.mkv", "srt", false, "where"), QStringList{"v show/c.srt"})
         << "a file beside the video hides the chosen folder";
 }
 
 TEST_F(SubtitleDiscoveryTest, DiscTitleOnlyForBdmvAndOnlyWhenTheOtherPassesFoundNothing) {
-    touch("discs/Title/BDMV/STREAM/00001.m2ts");
-    touch("where/Tolvane/Title.smi");
-    touch("where/Tolvane/Title*.smi");
+    folder.write("discs/Title/BDMV/STREAM/00001.m2ts");
+    folder.write("where/Tolvane/Title.smi");
+    folder.write("where/Tolvane/Title*.smi");
     const QString video = "discs/Title/BDMV/STREAM/00001.m2ts";
     EXPECT_EQ(found(video, "smi", true, "where"),
               (QStringList{"b where/Tolvane/Title.smi", "b* where/Tolvane/Title*.smi"}));
     EXPECT_EQ(found(video, "smi", false, "where"), QStringList{});
 
-    touch("where/Tolvane/00001.smi");
+    folder.write("where/Tolvane/00001.smi");
     EXPECT_EQ(found(video, "smi", true, "where"), QStringList{"k where/Tolvane/00001.smi"});
 }
 

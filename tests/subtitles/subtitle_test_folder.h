@@ -1,7 +1,6 @@
 #pragma once
 
-// A temporary folder of videos and caption files for the subtitle model's
-// tests, and the texts they are made of.
+// A temporary folder of videos and caption files for the subtitle tests.
 
 #include <gtest/gtest.h>
 #include <unicode/ucnv.h>
@@ -47,18 +46,6 @@ inline QByteArray encodeAs(const QString &text, const char *icuName) {
     EXPECT_TRUE(U_SUCCESS(status)) << icuName << ": " << u_errorName(status);
     bytes.truncate(length);
     return bytes;
-}
-
-// A SAMI text with one paragraph of class `className` per sync: (start, text).
-inline QString samiText(const QString &className,
-                        std::initializer_list<std::pair<int, const char *>> syncs) {
-    QString text = QStringLiteral("<SAMI><BODY>\n");
-    for (const auto &[start, content] : syncs) {
-        text += QStringLiteral("<SYNC Start=%1><P Class=%2>%3\n")
-                    .arg(start)
-                    .arg(className, QString::fromUtf8(content));
-    }
-    return text + QStringLiteral("</BODY></SAMI>\n");
 }
 
 }  // namespace tolvane::test

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "subtitles/markup_spans.h"
 #include "support/qt_printers.h"
 
 namespace tolvane::subtitles {
@@ -45,6 +46,12 @@ TEST(ForwardFinder, AnswersForwardQueriesAndRewinds) {
     EXPECT_EQ(finder.next(12), -1);
     EXPECT_EQ(finder.next(1), 2);  // an earlier start searches again
     EXPECT_EQ(finder.next(100), -1);
+}
+
+TEST(SortedArrayWithDescriptorKey, SortsByIntegerValueStably) {
+    EXPECT_EQ(sortedArrayWithDescriptorKey(u"intValue",
+                                           {"1000 End=2000", "-900000000", "200", " 1000", "abc"}),
+              QStringList({"-900000000", "abc", "200", "1000 End=2000", " 1000"}));
 }
 
 }  // namespace
