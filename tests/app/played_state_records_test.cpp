@@ -277,9 +277,6 @@ TEST(Bookmarks, TheWhereFolderKeepsItsChosenURLWhenTheBookmarkFails) {
     const WhereFolder gone = whereFolderFromWhereURLData(data);
     EXPECT_TRUE(gone.whereURL.isEmpty());
     EXPECT_EQ(gone.whereAbsoluteURL, where);
-    OpenedItems items;
-    items.whereURL = gone.whereURL;
-    EXPECT_FALSE(items.isAllowedFolderURLInSandbox(tree.url("subtitles/a.mkv")));
 
     EXPECT_TRUE(whereURLDataFromFolderURL(QUrl()).isEmpty());
     EXPECT_TRUE(whereFolderFromWhereURLData({}).whereAbsoluteURL.isEmpty());
