@@ -37,15 +37,9 @@ void clearTolvaneSettings() {
     settings->sync();
 }
 
-TemporaryTree::TemporaryTree() = default;
-
 QString TemporaryTree::path(const QString &relativePath) const {
     return relativePath.isEmpty() ? QFileInfo(folder.path()).canonicalFilePath()
                                   : path() + QLatin1Char('/') + relativePath;
-}
-
-QUrl TemporaryTree::url(const QString &relativePath) const {
-    return QUrl::fromLocalFile(path(relativePath));
 }
 
 QUrl TemporaryTree::touch(const QString &relativePath, const QByteArray &contents) const {
@@ -55,7 +49,7 @@ QUrl TemporaryTree::touch(const QString &relativePath, const QByteArray &content
     if (file.open(QIODevice::WriteOnly)) {
         file.write(contents);
     }
-    return QUrl::fromLocalFile(filePath);
+    return url(relativePath);
 }
 
 QUrl TemporaryTree::makeFolder(const QString &relativePath) const {

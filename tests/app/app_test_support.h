@@ -7,19 +7,17 @@
 
 namespace tolvane::test {
 
-// Every test binary that links app_test_support.cpp runs with XDG_CONFIG_HOME
-// pointing at a temporary folder, so QSettings never touches the user's
-// settings. A child process started by a test inherits the same folder.
-// Removes every stored setting; call it before each test that reads settings.
+// Every binary linking app_test_support.cpp keeps its settings in a temporary
+// folder (XDG_CONFIG_HOME), inherited by its child processes. This removes them all.
 void clearTolvaneSettings();
 
 // A temporary folder tree that tests fill with (empty or small) files.
 class TemporaryTree {
 public:
-    TemporaryTree();
-    bool isValid() const { return folder.isValid(); }
     QString path(const QString &relativePath = {}) const;
-    QUrl url(const QString &relativePath = {}) const;
+    QUrl url(const QString &relativePath = {}) const {
+        return QUrl::fromLocalFile(path(relativePath));
+    }
     // Creates the file (and its folders) with `contents`; returns its URL.
     QUrl touch(const QString &relativePath, const QByteArray &contents = {}) const;
     QUrl makeFolder(const QString &relativePath) const;

@@ -57,10 +57,6 @@ TEST_F(FirstPlayerWindowTest, PlaysTheFileInStepWithTheClockAndShowsItsPicture) 
 
     const QImage shown = window.videoView().grabFramebuffer();
     EXPECT_GT(distinctColours(shown), 8) << "a moving test pattern, not a black view";
-    const QByteArray screenshot = qgetenv("TOLVANE_SCREENSHOT");
-    if (!screenshot.isEmpty()) {
-        window.grab().save(QString::fromLocal8Bit(screenshot));
-    }
 }
 
 TEST_F(FirstPlayerWindowTest, PauseFreezesTheClockAndSeekShowsAPreview) {
@@ -93,18 +89,13 @@ constexpr const char *kEpisodeSami = R"(<SAMI><HEAD><STYLE TYPE="text/css"><!--
 )";
 
 TEST_F(FirstPlayerWindowTest, ShowsTheCaptionsFoundBesideTheFileAndASecondTrackOnRequest) {
-    // TOLVANE_SCREENSHOT_VIDEO plays a video of one's own (with the captions
-    // beside it) instead, for a screenshot of real media.
-    QString video = QString::fromLocal8Bit(qgetenv("TOLVANE_SCREENSHOT_VIDEO"));
     QTemporaryDir folder;
-    if (video.isEmpty()) {
-        ASSERT_TRUE(folder.isValid());
-        video = folder.filePath(QStringLiteral("episode.mkv"));
-        ASSERT_TRUE(QFile::copy(test::mediaPath("h264_aac_8s.mkv"), video));
-        QFile sami(folder.filePath(QStringLiteral("episode.smi")));
-        ASSERT_TRUE(sami.open(QIODevice::WriteOnly));
-        sami.write(kEpisodeSami);
-    }
+    const QString video = folder.filePath(QStringLiteral("episode.mkv"));
+    ASSERT_TRUE(QFile::copy(test::mediaPath("h264_aac_8s.mkv"), video));
+    QFile sami(folder.filePath(QStringLiteral("episode.smi")));
+    ASSERT_TRUE(sami.open(QIODevice::WriteOnly));
+    sami.write(kEpisodeSami);
+    sami.close();
     ASSERT_EQ(window.openAndPlay(video), QLatin1String(kOpenSucceeded));
     ASSERT_EQ(window.subtitle().entryCount(), 2);
     const auto groupShown = [&](const char *name) {
@@ -121,13 +112,6 @@ TEST_F(FirstPlayerWindowTest, ShowsTheCaptionsFoundBesideTheFileAndASecondTrackO
     EXPECT_TRUE(groupShown("fst.bottom"));
     EXPECT_TRUE(groupShown("snd.top"));
     EXPECT_EQ(window.overlay().size(), window.videoView().size());
-    const QByteArray screenshot = qgetenv("TOLVANE_SCREENSHOT");
-    if (!screenshot.isEmpty()) {
-        const double atSec = qEnvironmentVariable("TOLVANE_SCREENSHOT_AT_SEC").toDouble();
-        spinEventsUntil([&] { return window.engine().currentTimeSec() >= atSec; }, 10000);
-        spinEventsUntil([] { return false; }, 200);
-        window.grab().save(QString::fromLocal8Bit(screenshot));
-    }
 
     window.toggleSecondCaptionTrack();
     EXPECT_EQ(window.subtitle().sndOrderIdx(), subtitles::kNoTrackOrderIdx);

@@ -113,9 +113,7 @@ TEST_F(MovingBetweenItems, CarriedChoicesTravelOnWithoutASecondPrefix) {
     EXPECT_EQ(playlist.reOpen.reOpenAudioIdx, 2);
     EXPECT_EQ(playlist.reOpen.reOpenSubtitleIdxs,
               QStringList({kCarriedSubtitleKey, "#*QZR*COF*KEY*#integrated"}));
-    EXPECT_EQ(cofIdxsFromReOpenSubtitleIdxs({}), QStringList());
-    EXPECT_EQ(cofDicFromReOpenDelayDic({{"a", 1}, {"#*QZR*COF*KEY*#b", 2}}),
-              SubtitleDelayDic({{"#*QZR*COF*KEY*#a", 1}, {"#*QZR*COF*KEY*#b", 2}}));
+    EXPECT_EQ(playlist.reOpen.reOpenDelayDic, SubtitleDelayDic({{kCarriedSubtitleKey, 1500}}));
 }
 
 TEST_F(MovingBetweenItems, StoresTheItemLeftAndRewindsTheResumePosition) {

@@ -18,8 +18,7 @@ constexpr const char *kSaveLoopChildTest =
     "RecordsAtomicSave.DISABLED_ChildSavesInALoopUntilKilled";
 constexpr int kEntriesPerRecord = 4000;
 
-// A record whose every entry carries `generation`, so a reader can tell a
-// whole record of one save from a mixture or a truncation.
+// Every entry carries `generation`: a reader tells a whole record from a mixture.
 TotalFdFlsData recordOfGeneration(int generation) {
     TotalFdFlsData total;
     for (int i = 0; i < kEntriesPerRecord; ++i) {
@@ -33,14 +32,13 @@ TotalFdFlsData recordOfGeneration(int generation) {
     return total;
 }
 
-// Not a test of its own: the child process of the test below, started with the
-// variable set. It saves ever newer records until it is killed.
+// The child process of the test below (started with the variable set): saves
+// ever newer records until it is killed.
 TEST(RecordsAtomicSave, DISABLED_ChildSavesInALoopUntilKilled) {
     if (qEnvironmentVariableIsEmpty(kSaveLoopChildVariable)) {
         GTEST_SKIP() << "runs only as the child of AKillDuringASaveLeavesAWholeRecord";
     }
-    // As the application does at start-up: the previous child may have been
-    // killed while it was taking the settings' lock.
+    // As at start-up: the previous child may have been killed while taking the lock.
     removeOwnerlessSettingsLock();
     for (int generation = 1;; ++generation) {
         std::printf("saving %d\n", generation);
@@ -48,19 +46,6 @@ TEST(RecordsAtomicSave, DISABLED_ChildSavesInALoopUntilKilled) {
         PlayedStateRecords::storeTotalFdFlsData(recordOfGeneration(generation));
         std::printf("saved %d\n", generation);
         std::fflush(stdout);
-    }
-}
-
-// Reads the child's lines: the generation last saved whole, and the one whose
-// save had begun last.
-void readProgress(QProcess &child, int &lastSavedGeneration, int &lastSavingGeneration) {
-    while (child.canReadLine()) {
-        const QByteArray line = child.readLine().trimmed();
-        if (line.startsWith("saved ")) {
-            lastSavedGeneration = line.mid(6).toInt();
-        } else if (line.startsWith("saving ")) {
-            lastSavingGeneration = line.mid(7).toInt();
-        }
     }
 }
 
@@ -78,38 +63,43 @@ TEST(RecordsAtomicSave, AKillDuringASaveLeavesAWholeRecord) {
                     {QStringLiteral("--gtest_also_run_disabled_tests"),
                      QStringLiteral("--gtest_filter=") + QLatin1String(kSaveLoopChildTest)});
         ASSERT_TRUE(child.waitForStarted());
-        int lastSavedGeneration = 0;
-        int lastSavingGeneration = 0;
+        int lastSaved = 0;   // the generation last saved whole
+        int lastSaving = 0;  // the generation whose save began last
+        const auto readProgress = [&] {
+            while (child.canReadLine()) {
+                const QByteArray line = child.readLine().trimmed();
+                if (line.startsWith("saved ")) {
+                    lastSaved = line.mid(6).toInt();
+                } else if (line.startsWith("saving ")) {
+                    lastSaving = line.mid(7).toInt();
+                }
+            }
+        };
         // Generous: on a loaded machine the first saves of a fresh child are slow.
-        while (lastSavedGeneration < 2 && child.waitForReadyRead(120000)) {
-            readProgress(child, lastSavedGeneration, lastSavingGeneration);
+        while (lastSaved < 2 && child.waitForReadyRead(120000)) {
+            readProgress();
         }
-        if (lastSavedGeneration < 2) {
-            ::kill(pid_t(child.processId()), SIGKILL);
-            child.waitForFinished();
+        if (lastSaved >= 2) {
+            QThread::usleep(unsigned(round) * 7000);
         }
-        ASSERT_GE(lastSavedGeneration, 2)
-            << "the child never saved; it said: " << child.readAllStandardError().toStdString();
-        QThread::usleep(unsigned(round) * 7000);
         ::kill(pid_t(child.processId()), SIGKILL);
         child.waitForFinished();
-        readProgress(child, lastSavedGeneration, lastSavingGeneration);
-        if (lastSavingGeneration > lastSavedGeneration) {
-            ++killsInsideASave;
-        }
+        ASSERT_GE(lastSaved, 2) << "the child never saved: "
+                                << child.readAllStandardError().toStdString();
+        readProgress();
+        killsInsideASave += lastSaving > lastSaved ? 1 : 0;
 
         openTolvaneSettings()->sync();
         const TotalFdFlsData read = PlayedStateRecords::readTotalFdFlsData();
         ASSERT_EQ(read.ttfile.size(), kEntriesPerRecord) << "round " << round;
         const double generation = read.ttfile.first().ctime;
-        EXPECT_GE(generation, lastSavedGeneration) << "round " << round;
-        EXPECT_LE(generation, lastSavingGeneration) << "round " << round;
+        EXPECT_GE(generation, lastSaved) << "round " << round;
+        EXPECT_LE(generation, lastSaving) << "round " << round;
         for (const FileEntry &entry : read.ttfile) {
             ASSERT_EQ(entry.ctime, generation) << "a record mixed from two saves";
         }
     }
     RecordProperty("killsInsideASave", killsInsideASave);
-    std::printf("kills that landed inside a save: %d of 6\n", killsInsideASave);
 }
 
 }  // namespace

@@ -75,13 +75,6 @@ TEST(RealFileNameStringWhetherBDMV, NamesStreamFilesAfterTheirDisc) {
     EXPECT_EQ(realFileNameStringWhetherBDMV(QUrl()), " ");
 }
 
-TEST(ThisURLsHaveURL, ComparesByPath) {
-    const QList<QUrl> urls = {fileURL("a.mkv"), fileURL("b.mkv")};
-    EXPECT_TRUE(thisURLs(urls, QUrl(QStringLiteral("file:///videos/b.mkv"))));
-    EXPECT_FALSE(thisURLs(urls, fileURL("c.mkv")));
-    EXPECT_FALSE(thisURLs({}, fileURL("a.mkv")));
-}
-
 TEST(FinderOrder, SortsNumbersByValueAndBreaksTiesByTheName) {
     QList<QUrl> urls;
     for (const char *name : {"Ep 10.mkv", "ep 2.mkv", "Ep 1.mkv", "2.mkv", "02.mkv", "Ep 02.mkv"}) {
