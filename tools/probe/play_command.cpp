@@ -115,16 +115,23 @@ int runPlayCommand(const QStringList &arguments) {
     // Where the clock first moved, for the clock's pace printed to stderr.
     double firstAdvanceWallSec = -1.0;
     double firstAdvanceClockSec = 0.0;
+    double previousClockSec = clockStartSec;
     double stoppedSinceSec = -1.0;  // wall time the output was first seen stopped, -1 while running
     double wallSec = 0.0;
     auto nextRefresh = std::chrono::steady_clock::now();
     for (;;) {
         wallSec =
             std::chrono::duration<double>(std::chrono::steady_clock::now() - wallStart).count();
-        if (firstAdvanceWallSec < 0.0 && engine.currentTimeSec() != clockStartSec) {
+        const double clockSec = engine.currentTimeSec();
+        // After a seek the sample thread re-bases the clock on the first
+        // audio it decodes, which may lie before the target: the pace is
+        // measured from the last such step back.
+        if ((firstAdvanceWallSec < 0.0 && clockSec != clockStartSec) ||
+            clockSec < previousClockSec) {
             firstAdvanceWallSec = wallSec;
-            firstAdvanceClockSec = engine.currentTimeSec();
+            firstAdvanceClockSec = clockSec;
         }
+        previousClockSec = clockSec;
         PictureDecision decision;
         engine.canDrawInCGLContext(&decision);
         if (decision.kind == PictureDecision::Kind::Shown) {
