@@ -89,13 +89,17 @@ constexpr const char *kEpisodeSami = R"(<SAMI><HEAD><STYLE TYPE="text/css"><!--
 )";
 
 TEST_F(FirstPlayerWindowTest, ShowsTheCaptionsFoundBesideTheFileAndASecondTrackOnRequest) {
+    // scripts/take-screenshot plays a video of its own (with its captions
+    // beside it) through TOLVANE_SCREENSHOT_VIDEO and saves the window.
+    QString video = qEnvironmentVariable("TOLVANE_SCREENSHOT_VIDEO");
     QTemporaryDir folder;
-    const QString video = folder.filePath(QStringLiteral("episode.mkv"));
-    ASSERT_TRUE(QFile::copy(test::mediaPath("h264_aac_8s.mkv"), video));
-    QFile sami(folder.filePath(QStringLiteral("episode.smi")));
-    ASSERT_TRUE(sami.open(QIODevice::WriteOnly));
-    sami.write(kEpisodeSami);
-    sami.close();
+    if (video.isEmpty()) {
+        video = folder.filePath(QStringLiteral("episode.mkv"));
+        ASSERT_TRUE(QFile::copy(test::mediaPath("h264_aac_8s.mkv"), video));
+        QFile sami(folder.filePath(QStringLiteral("episode.smi")));
+        ASSERT_TRUE(sami.open(QIODevice::WriteOnly));
+        sami.write(kEpisodeSami);
+    }
     ASSERT_EQ(window.openAndPlay(video), QLatin1String(kOpenSucceeded));
     ASSERT_EQ(window.subtitle().entryCount(), 2);
     const auto groupShown = [&](const char *name) {
@@ -112,6 +116,13 @@ TEST_F(FirstPlayerWindowTest, ShowsTheCaptionsFoundBesideTheFileAndASecondTrackO
     EXPECT_TRUE(groupShown("fst.bottom"));
     EXPECT_TRUE(groupShown("snd.top"));
     EXPECT_EQ(window.overlay().size(), window.videoView().size());
+    const QString screenshot = qEnvironmentVariable("TOLVANE_SCREENSHOT");
+    if (!screenshot.isEmpty()) {
+        const double atSec = qEnvironmentVariable("TOLVANE_SCREENSHOT_AT_SEC").toDouble();
+        spinEventsUntil([&] { return window.engine().currentTimeSec() >= atSec; }, 10000);
+        spinEventsUntil([] { return false; }, 200);  // the picture and captions of that time
+        window.grab().save(screenshot);
+    }
 
     window.toggleSecondCaptionTrack();
     EXPECT_EQ(window.subtitle().sndOrderIdx(), subtitles::kNoTrackOrderIdx);

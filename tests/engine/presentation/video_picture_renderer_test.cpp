@@ -153,6 +153,17 @@ TEST_F(RendererTest, RgbLayoutsGetHalfAStop) {
                {76, 150, 0}, "8-bit ARGB");
 }
 
+TEST_F(RendererTest, TextureIsReusedWhileTheSizeStays) {
+    const Yuv grey[4] = {{126, 128, 128}, {126, 128, 128}, {126, 128, 128}, {126, 128, 128}};
+    const auto small = packedQuadrants(16, 8, grey);
+    const auto large = packedQuadrants(32, 8, grey);
+    draw({kPixelFormat420p8, true, small.data(), 16, 8});
+    draw({kPixelFormat420p8, true, small.data(), 16, 8});
+    EXPECT_EQ(renderer.textureAllocationCount(), 1);
+    draw({kPixelFormat420p8, true, large.data(), 32, 8});
+    EXPECT_EQ(renderer.textureAllocationCount(), 2);
+}
+
 TEST_F(RendererTest, OddWidthsAndEmptyPicturesAreSafe) {
     const Yuv red[4] = {{81, 90, 240}, {81, 90, 240}, {81, 90, 240}, {81, 90, 240}};
     const auto odd = packedQuadrants(33, 9, red);
