@@ -9,22 +9,6 @@
 namespace tolvane {
 namespace {
 
-TEST(WorkerThread, BodySeesCancellationAndStopJoins) {
-    std::atomic<int> passes{0};
-    WorkerThread thread("test-worker", [&](const std::function<bool()> &isCancelled) {
-        while (!isCancelled()) {
-            ++passes;
-            sleepForIdleTurn();
-        }
-    });
-    thread.start();
-    ASSERT_TRUE(test::waitUntil([&] { return passes.load() > 0; }));
-    EXPECT_FALSE(thread.isFinished());
-    EXPECT_TRUE(thread.stop());
-    EXPECT_TRUE(thread.isFinished());
-    EXPECT_TRUE(thread.isCancelled());
-}
-
 TEST(WorkerThread, StopGivesUpOnABodyThatIgnoresCancellation) {
     // The shared flag outlives the abandoned thread, which ends on its own.
     auto release = std::make_shared<std::atomic<bool>>(false);

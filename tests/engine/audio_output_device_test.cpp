@@ -1,6 +1,4 @@
-// The silent output device: the contract the engine's audio output relies on
-// (paused at first, the period asked for, pausing from inside its own
-// callback, closing that waits for a callback in progress).
+// The silent output device: the contract the engine's audio output relies on.
 
 #include "engine/audio_output_device.h"
 
@@ -16,6 +14,7 @@
 namespace tolvane {
 namespace {
 
+using namespace std::chrono_literals;
 using test::waitUntil;
 
 struct CallbackLog {
@@ -31,58 +30,60 @@ void recordCall(void *context, std::uint8_t * /*stream*/, int bytes) {
     auto *log = static_cast<CallbackLog *>(context);
     log->isInside = true;
     log->lastBytes = bytes;
-    const int call = ++log->calls;
-    if (call == log->pauseAtCall) {
-        AudioOutputDevice::applyPauseById(log->deviceId, [](void *) { return true; }, nullptr);
+    if (++log->calls == log->pauseAtCall) {
+        AudioOutputDevice::applyPauseById(
+            log->deviceId, [](void *) { return true; }, nullptr);
     }
     std::this_thread::sleep_for(log->stayInside);
     log->isInside = false;
 }
 
 void resume(std::uint32_t id) {
-    AudioOutputDevice::applyPauseById(id, [](void *) { return false; }, nullptr);
+    AudioOutputDevice::applyPauseById(
+        id, [](void *) { return false; }, nullptr);
 }
 
 class SilentOutputDeviceTest : public ::testing::Test {
 protected:
     static void SetUpTestSuite() { setenv("SDL_AUDIODRIVER", "dummy", 1); }
 
-    void open() {
-        AudioDeviceRequest request;
-        request.sampleRate = 48000;
-        request.channels = 2;
-        request.type = SampleType::Float32;
-        request.framesPerCallback = 813;  // not a power of two
+    std::unique_ptr<AudioOutputDevice> open(CallbackLog &log, int framesPerCallback = 813) {
+        AudioDeviceRequest request{48000, 2, SampleType::Float32, framesPerCallback};
         QString errorText;
-        device = AudioOutputDevice::open(request, &recordCall, &log, &errorText);
-        ASSERT_NE(device, nullptr) << errorText.toStdString();
-        log.deviceId = device->id();
+        auto device = AudioOutputDevice::open(request, &recordCall, &log, &errorText);
+        EXPECT_EQ(device == nullptr, !errorText.isEmpty()) << errorText.toStdString();
+        log.deviceId = device ? device->id() : 0;
+        return device;
     }
 
     CallbackLog log;
-    std::unique_ptr<AudioOutputDevice> device;
 };
 
-TEST_F(SilentOutputDeviceTest, KeepsThePeriodAskedForAndStartsPaused) {
-    open();
+TEST_F(SilentOutputDeviceTest, KeepsThePeriodAskedForStartsPausedAndHasItsOwnId) {
+    const auto device = open(log);  // 813: not a power of two
+    ASSERT_NE(device, nullptr);
     EXPECT_EQ(device->driverName(), QLatin1String("silent"));
     EXPECT_EQ(device->framesPerCallback(), 813);
     EXPECT_EQ(device->channels(), 2);
-    std::this_thread::sleep_for(std::chrono::milliseconds(60));
+    CallbackLog otherLog;
+    const auto other = open(otherLog);
+    ASSERT_NE(other, nullptr);
+    EXPECT_NE(other->id(), device->id());
+    std::this_thread::sleep_for(60ms);
     EXPECT_EQ(log.calls, 0);
 
     resume(device->id());
     ASSERT_TRUE(waitUntil([&] { return log.calls >= 3; }));
     EXPECT_EQ(log.lastBytes, 813 * 2 * 4);
+    EXPECT_EQ(otherLog.calls, 0);
 }
 
 TEST_F(SilentOutputDeviceTest, ThePauseTakenInsideTheCallbackHolds) {
-    // The engine's idle step stops the output from inside the callback.
-    log.pauseAtCall = 2;
-    open();
+    log.pauseAtCall = 2;  // as the engine's idle step stops the output
+    const auto device = open(log);
     resume(device->id());
     ASSERT_TRUE(waitUntil([&] { return log.calls >= 2; }));
-    std::this_thread::sleep_for(std::chrono::milliseconds(60));
+    std::this_thread::sleep_for(60ms);
     EXPECT_EQ(log.calls, 2);
 
     resume(device->id());
@@ -90,8 +91,8 @@ TEST_F(SilentOutputDeviceTest, ThePauseTakenInsideTheCallbackHolds) {
 }
 
 TEST_F(SilentOutputDeviceTest, ClosingWaitsForTheCallbackInProgress) {
-    log.stayInside = std::chrono::milliseconds(30);
-    open();
+    log.stayInside = 30ms;
+    auto device = open(log);
     const std::uint32_t id = device->id();
     resume(id);
     ASSERT_TRUE(waitUntil([&] { return log.isInside.load(); }));
@@ -101,32 +102,12 @@ TEST_F(SilentOutputDeviceTest, ClosingWaitsForTheCallbackInProgress) {
     // Pausing a closed device, or none, is ignored.
     const int calls = log.calls;
     resume(id);
-    AudioOutputDevice::applyPauseById(0, [](void *) { return false; }, nullptr);
-    std::this_thread::sleep_for(std::chrono::milliseconds(60));
+    resume(0);
+    std::this_thread::sleep_for(60ms);
     EXPECT_EQ(log.calls, calls);
 }
 
-TEST_F(SilentOutputDeviceTest, EachDeviceHasItsOwnId) {
-    open();
-    CallbackLog otherLog;
-    AudioDeviceRequest request;
-    QString errorText;
-    const auto other = AudioOutputDevice::open(request, &recordCall, &otherLog, &errorText);
-    ASSERT_NE(other, nullptr);
-    EXPECT_NE(other->id(), device->id());
-    resume(other->id());
-    ASSERT_TRUE(waitUntil([&] { return otherLog.calls >= 1; }));
-    EXPECT_EQ(log.calls, 0);
-}
-
-TEST(AudioOutputDeviceTest, RefusesAFormatWithoutFrames) {
-    AudioDeviceRequest request;
-    request.framesPerCallback = 0;
-    QString errorText;
-    CallbackLog log;
-    EXPECT_EQ(AudioOutputDevice::open(request, &recordCall, &log, &errorText), nullptr);
-    EXPECT_FALSE(errorText.isEmpty());
-}
+TEST_F(SilentOutputDeviceTest, RefusesAFormatWithoutFrames) { EXPECT_EQ(open(log, 0), nullptr); }
 
 }  // namespace
 }  // namespace tolvane

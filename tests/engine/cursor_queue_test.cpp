@@ -56,22 +56,6 @@ TEST(CursorQueue, ReadResetAndRemoveFollowTheCursor) {
     }
 }
 
-TEST(CursorQueue, OrderedInsertKeepsArrivalOrderForEqualKeys) {
-    struct Timed {
-        double time;
-        int arrival;
-    };
-    NamedRecursiveMutex mutex{"timed"};
-    CursorQueue<Timed> timed{mutex};
-    for (const Timed item : {Timed{2.0, 0}, Timed{1.0, 1}, Timed{2.0, 2}, Timed{0.5, 3},
-                             Timed{3.0, 4}, Timed{1.0, 5}}) {
-        timed.insertOrdered(item, [](const Timed &t) { return t.time; });
-    }
-    std::vector<int> arrivals;
-    timed.forEach([&](const Timed &item) { arrivals.push_back(item.arrival); });
-    EXPECT_EQ(arrivals, (std::vector<int>{3, 1, 5, 0, 2, 4}));
-}
-
 TEST(CursorQueue, HandedOutPointersSurviveLaterAppends) {
     NamedRecursiveMutex mutex{"owned"};
     CursorQueue<std::unique_ptr<int>> owned{mutex};

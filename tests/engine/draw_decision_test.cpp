@@ -61,6 +61,8 @@ TEST(DrawDecision, AfterAResizeTheOldFrameIsRedrawnWithoutTakingANewOne) {
 
     state.hasCurrentFrame = false;
     EXPECT_FALSE(decideDraw(state).answer) << "nothing to redraw yet";
+    state.rate = 0.0;
+    EXPECT_TRUE(decideDraw(state).stopAsynchronous) << "resized while paused: no more refreshes";
 }
 
 TEST(DrawDecision, ChangeOfScreenRebuildsForAsManyDecisionsAsCounted) {
@@ -77,13 +79,6 @@ TEST(DrawDecision, ChangeOfScreenRebuildsForAsManyDecisionsAsCounted) {
     EXPECT_TRUE(second.rebuildDrawingState);
     EXPECT_EQ(second.countAfterChangeScreen, 0);
     EXPECT_FALSE(second.isResized);
-}
-
-TEST(DrawDecision, ResizedWhilePausedStopsTheRefreshes) {
-    DrawDecisionState state = playing(9.9);
-    state.rate = 0.0;
-    state.isResized = true;
-    EXPECT_TRUE(decideDraw(state).stopAsynchronous);
 }
 
 TEST(DrawDecision, SeekPreviewIsDrawnOnceAndTheFlagCleared) {

@@ -42,13 +42,6 @@ const MixCase kMixCases[] = {
      0.25f * (-0.3f - 0.8f + 0.7f + 0.6f)},
 };
 
-TEST(MixTable, FloatSumsStayInSinglePrecision) {
-    // Three thirds of 0.1f summed in float are not 0.1f; in double they would be.
-    const std::array<float, 8> tenths = {0.1f, 0.0f, 0.1f, 0.1f, 0, 0, 0, 0};
-    EXPECT_EQ(computeFloatValueOfChannel(0, tenths.data(), mixRuleFor(4, false, 2)),
-              0.10000000894069672f);
-}
-
 TEST(MixTable, ChannelsPastTheEighthAndOutputsOtherThanStereo) {
     const MixRule eight = mixRuleFor(8, false, 2);
     const MixRule twelve = mixRuleFor(12, false, 2);

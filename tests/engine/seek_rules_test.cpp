@@ -23,8 +23,6 @@ TEST(SeekRules, TargetsNearEitherEndOfTheIndexAreMovedInside) {
         int expectedFlags;
     };
     const Case cases[] = {
-        {"middle, forward", 4.5, false, false, 1.0, 4.5, 4500, kSeekFlagsForward},
-        {"middle, backward", 4.5, false, false, 6.0, 4.5, 4500, kSeekFlagsBackward},
         {"to the current time is backward", 4.5, false, false, 4.5, 4.5, 4500, kSeekFlagsBackward},
         {"first two seconds go to the first entry", 2.0, false, false, 5.0, 0.0, 0,
          kSeekFlagsBackward},

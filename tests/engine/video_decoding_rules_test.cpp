@@ -16,10 +16,9 @@ TEST(WantedBitmapQueueLength, FramesLeftToTheEndCappedAtFifteen) {
         {2.0, 0.0, 0.0, 25.0, 15},  {2.0, 0.0, 1.6, 25.0, 10},  // 0.4 s left at 25 fps
         {2.0, 0.0, 1.97, 25.0, 1},                              // the last frame
         {2.0, 0.0, 2.0, 25.0, 0},                               // at the end: nothing more
-        {2.0, 0.0, 2.5, 25.0, 0},                               // past the end
         {2.0, 0.021, 1.9, 25.0, 3},                             // the start time moves the end
         {2.0, 0.0, 0.0, 0.0, 0},                                // no usable frame rate
-        {2.0, 0.0, 0.0, NAN, 0},    {2.0, 0.0, 0.0, INFINITY, 0}, {3600.0, 0.0, 1.0, 60.0, 15},
+        {2.0, 0.0, 0.0, NAN, 0},    {2.0, 0.0, 0.0, INFINITY, 0},
     };
     for (const Case &c : cases) {
         EXPECT_EQ(wantedBitmapQueueLength(c.durationSec, c.startSec, c.nowSec, c.fps), c.wanted)
@@ -50,8 +49,6 @@ TEST(PixelPassAction, SleepsWhenPausedFullOrStarved) {
         {1.0, 15, 0, 0, 0, false, PixelPassAction::Sleep},     // every list empty
         {1.0, 15, 0, 0, 0, true, PixelPassAction::Decode},     // ...but pictures held back
         {1.0, 15, 15, 0, 0, true, PixelPassAction::Sleep},
-        {0.0, 15, 0, 0, 0, true, PixelPassAction::Sleep},
-        {1.0, 15, 14, 50, 50, false, PixelPassAction::Decode},
         {1.0, 15, 0, 0, 3, false, PixelPassAction::Decode},  // audio still queued
         {1.0, 15, 2, 0, 0, false, PixelPassAction::Decode},
     };
@@ -77,8 +74,7 @@ TEST(LateVideoPacket, DroppedOnlyWhenLateWithTwoHundredQueuedAndNotKey) {
     const Case cases[] = {
         {10.0, false, 13.0, 250, 0.0, true, 0.0},   // 3 s late, 250 queued
         {10.0, true, 13.0, 250, 0.0, false, 0.0},   // key frames are never dropped
-        {10.0, false, 13.0, 150, 0.0, false, 0.0},  // too few queued
-        {10.0, false, 13.0, 199, 0.0, false, 0.0},
+        {10.0, false, 13.0, 199, 0.0, false, 0.0},  // too few queued
         {10.0, false, 13.0, 200, 0.0, true, 0.0},
         {10.0, false, 12.5, 250, 0.0, false, 0.0},  // exactly 2.5 s is not late
         {std::nullopt, false, 13.0, 250, 0.0, false, 0.0},
