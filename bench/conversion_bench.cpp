@@ -1,12 +1,13 @@
 // Each conversion against libswscale doing the closest conversion on the same
-// 1920×1080 frame. Both run in every iteration, one after the other, so that
-// a busy machine slows both alike; the reported time is ours and the
-// "vs_swscale" counter is our time divided by libswscale's.
+// 1920×1080 frame, both in every iteration so that a busy machine slows both
+// alike. The reported time is ours; "vs_swscale" is ours divided by theirs.
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdint>
+#include <cstring>
 #include <random>
 
 #include "engine/bitmap_conversion.h"
@@ -23,72 +24,47 @@ namespace {
 constexpr int kWidth = 1920;
 constexpr int kHeight = 1080;
 
-struct SwsContextDeleter {
-    void operator()(SwsContext *context) const { sws_freeContext(context); }
-};
-using SwsContextPtr = std::unique_ptr<SwsContext, SwsContextDeleter>;
-
-// A frame of noise in `format`, with FFmpeg's own line-size padding. Noise
-// keeps the work free of any shortcut a flat picture would allow.
-FramePtr noiseFrame(AVPixelFormat format, int maxSample) {
+FramePtr allocatedFrame(AVPixelFormat format) {
     FramePtr frame = makeFrame();
     frame->format = format;
     frame->width = kWidth;
     frame->height = kHeight;
-    if (av_frame_get_buffer(frame.get(), 0) < 0) {
-        return nullptr;
-    }
-    std::mt19937 random(7);
-    std::uniform_int_distribution<int> sample(0, maxSample);
-    const bool tenBit = maxSample > 255;
-    const int chromaShift = format == AV_PIX_FMT_YUV444P10LE ? 0 : 1;
-    for (int plane = 0; plane < 3; ++plane) {
-        const int width = plane == 0 ? kWidth : kWidth >> chromaShift;
-        const int height = plane == 0 ? kHeight : kHeight >> chromaShift;
-        for (int y = 0; y < height; ++y) {
-            std::uint8_t *row = frame->data[plane] + y * frame->linesize[plane];
-            for (int x = 0; x < width; ++x) {
-                if (tenBit) {
-                    reinterpret_cast<std::uint16_t *>(row)[x] = std::uint16_t(sample(random));
-                } else {
-                    row[x] = std::uint8_t(sample(random));
-                }
-            }
-        }
-    }
-    return frame;
+    return av_frame_get_buffer(frame.get(), 0) < 0 ? nullptr : std::move(frame);
 }
 
 struct ConversionPair {
     AVPixelFormat source;
-    int maxSample;
+    bool isTenBit;
     BitmapLayout layout;
     AVPixelFormat swscaleTarget;
     int swscaleFlags;
 };
 
-void runConversionAgainstSwscale(benchmark::State &state, const ConversionPair &pair) {
-    const FramePtr frame = noiseFrame(pair.source, pair.maxSample);
-    const SwsContextPtr swscale(sws_getContext(kWidth, kHeight, pair.source, kWidth, kHeight,
-                                               pair.swscaleTarget, pair.swscaleFlags, nullptr,
-                                               nullptr, nullptr));
-    if (!frame || !swscale) {
-        state.SkipWithError("cannot set up the frame or libswscale");
+void conversionVsSwscale(benchmark::State &state, const ConversionPair &pair) {
+    const FramePtr frame = allocatedFrame(pair.source);
+    FramePtr theirs = allocatedFrame(pair.swscaleTarget);
+    const std::unique_ptr<SwsContext, decltype(&sws_freeContext)> swscale(
+        sws_getContext(kWidth, kHeight, pair.source, kWidth, kHeight, pair.swscaleTarget,
+                       pair.swscaleFlags, nullptr, nullptr, nullptr),
+        &sws_freeContext);
+    if (!frame || !theirs || !swscale) {
+        state.SkipWithError("cannot set up the frames or libswscale");
         return;
     }
-    PlanarPictureView view;
-    for (int plane = 0; plane < 3; ++plane) {
-        view.planes[plane] = frame->data[plane];
-        view.strides[plane] = frame->linesize[plane];
+    // Noise, padding included, leaves no shortcut that a flat picture would.
+    std::mt19937 random(7);
+    for (AVBufferRef *buffer : frame->buf) {
+        for (std::size_t at = 0; buffer != nullptr && at + 1 < buffer->size; at += 2) {
+            const auto sample = std::uint16_t(random() & (pair.isTenBit ? 0x3FF : 0xFFFF));
+            std::memcpy(buffer->data + at, &sample, 2);
+        }
     }
+    PlanarPictureView view;
+    std::copy(frame->data, frame->data + 3, view.planes);
+    std::copy(frame->linesize, frame->linesize + 3, view.strides);
     view.width = kWidth;
     view.height = kHeight;
     BitmapBytes ours(bitmapByteCountFor(pair.layout, kWidth, kHeight));
-    FramePtr theirs = makeFrame();
-    theirs->format = pair.swscaleTarget;
-    theirs->width = kWidth;
-    theirs->height = kHeight;
-    av_frame_get_buffer(theirs.get(), 0);
 
     using Clock = std::chrono::steady_clock;
     double oursSec = 0.0;
@@ -101,10 +77,9 @@ void runConversionAgainstSwscale(benchmark::State &state, const ConversionPair &
         sws_scale(swscale.get(), frame->data, frame->linesize, 0, kHeight, theirs->data,
                   theirs->linesize);
         benchmark::ClobberMemory();
-        const auto end = Clock::now();
         const double oursIteration = std::chrono::duration<double>(middle - start).count();
         oursSec += oursIteration;
-        theirsSec += std::chrono::duration<double>(end - middle).count();
+        theirsSec += std::chrono::duration<double>(Clock::now() - middle).count();
         state.SetIterationTime(oursIteration);
     }
     state.counters["ours_ms"] = 1000.0 * oursSec / double(state.iterations());
@@ -112,24 +87,22 @@ void runConversionAgainstSwscale(benchmark::State &state, const ConversionPair &
     state.counters["vs_swscale"] = oursSec / theirsSec;
 }
 
-void BM_Yuv420pToPacked422VsUyvy422(benchmark::State &state) {
-    runConversionAgainstSwscale(state, {AV_PIX_FMT_YUV420P, 255, BitmapLayout::Packed422From420p8,
-                                        AV_PIX_FMT_UYVY422, SWS_POINT});
-}
-void BM_Yuv420p10ToRgba16VsRgba64le(benchmark::State &state) {
-    runConversionAgainstSwscale(
-        state, {AV_PIX_FMT_YUV420P10LE, 1023, BitmapLayout::Rgba16From420p10, AV_PIX_FMT_RGBA64LE,
-                SWS_POINT});
-}
-void BM_Yuv444p10ToArgb8VsArgb(benchmark::State &state) {
-    // Full chroma: libswscale otherwise halves the chroma before converting.
-    runConversionAgainstSwscale(state, {AV_PIX_FMT_YUV444P10LE, 1023, BitmapLayout::Argb8From444p10,
-                                        AV_PIX_FMT_ARGB, SWS_POINT | SWS_FULL_CHR_H_INT});
-}
-
-BENCHMARK(BM_Yuv420pToPacked422VsUyvy422)->UseManualTime()->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_Yuv420p10ToRgba16VsRgba64le)->UseManualTime()->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_Yuv444p10ToArgb8VsArgb)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(conversionVsSwscale, Yuv420pToPacked422VsUyvy422,
+                  ConversionPair{AV_PIX_FMT_YUV420P, false, BitmapLayout::Packed422From420p8,
+                                 AV_PIX_FMT_UYVY422, SWS_POINT})
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(conversionVsSwscale, Yuv420p10ToRgba16VsRgba64le,
+                  ConversionPair{AV_PIX_FMT_YUV420P10LE, true, BitmapLayout::Rgba16From420p10,
+                                 AV_PIX_FMT_RGBA64LE, SWS_POINT})
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+// Full chroma: libswscale otherwise halves the chroma before converting.
+BENCHMARK_CAPTURE(conversionVsSwscale, Yuv444p10ToArgb8VsArgb,
+                  ConversionPair{AV_PIX_FMT_YUV444P10LE, true, BitmapLayout::Argb8From444p10,
+                                 AV_PIX_FMT_ARGB, SWS_POINT | SWS_FULL_CHR_H_INT})
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace tolvane

@@ -13,6 +13,7 @@
 #include <QProcess>
 #include <QStringDecoder>
 #include <QTemporaryDir>
+#include <QTime>
 #include <algorithm>
 #include <chrono>
 #include <vector>
@@ -28,11 +29,7 @@ constexpr int kCueCount = 20'000;
 constexpr int kReferenceRuns = 5;
 
 QString timestamp(int milliseconds) {
-    return QStringLiteral("%1:%2:%3,%4")
-        .arg(milliseconds / 3'600'000, 2, 10, QLatin1Char('0'))
-        .arg(milliseconds / 60'000 % 60, 2, 10, QLatin1Char('0'))
-        .arg(milliseconds / 1000 % 60, 2, 10, QLatin1Char('0'))
-        .arg(milliseconds % 1000, 3, 10, QLatin1Char('0'));
+    return QTime::fromMSecsSinceStartOfDay(milliseconds).toString(QStringLiteral("hh:mm:ss,zzz"));
 }
 
 // Two classes per cue, colours, ruby, italic and bold, and a clearing sync.
@@ -76,14 +73,6 @@ struct ReferenceTimes {
     double cpuMs = 0.0;
 };
 
-struct BenchFiles {
-    QTemporaryDir directory;
-    QString samiPath;
-    QString subRipPath;
-    ReferenceTimes ffmpegSami;
-    ReferenceTimes ffmpegSubRip;
-};
-
 double childrenCpuMs() {
     rusage usage{};
     getrusage(RUSAGE_CHILDREN, &usage);
@@ -97,13 +86,9 @@ double processCpuMs() {
     return double(now.tv_sec) * 1000.0 + double(now.tv_nsec) / 1e6;
 }
 
-double medianMilliseconds(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
-
+// The median of a few runs, process start included.
 ReferenceTimes ffmpegConversionTimes(const QString &path) {
-    std::vector<double> runs;
+    std::vector<double> wallRuns;
     std::vector<double> cpuRuns;
     for (int run = 0; run < kReferenceRuns; ++run) {
         QProcess ffmpeg;
@@ -113,44 +98,30 @@ ReferenceTimes ffmpegConversionTimes(const QString &path) {
         ffmpeg.start(QStringLiteral("ffmpeg"),
                      {"-nostdin", "-loglevel", "error", "-i", path, "-f", "srt", "-"});
         ffmpeg.waitForFinished(-1);
-        const auto finished = std::chrono::steady_clock::now();
         if (ffmpeg.exitStatus() != QProcess::NormalExit || ffmpeg.exitCode() != 0) {
             return {};
         }
-        runs.push_back(std::chrono::duration<double, std::milli>(finished - started).count());
+        wallRuns.push_back(
+            std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - started)
+                .count());
         cpuRuns.push_back(childrenCpuMs() - cpuBefore);
     }
-    return {medianMilliseconds(runs), medianMilliseconds(cpuRuns)};
-}
-
-BenchFiles &benchFiles() {
-    static BenchFiles files = [] {
-        BenchFiles made;
-        made.samiPath = made.directory.filePath(QStringLiteral("bench.smi"));
-        made.subRipPath = made.directory.filePath(QStringLiteral("bench.srt"));
-        for (const auto &[path, bytes] : {std::pair{made.samiPath, generatedSami()},
-                                          std::pair{made.subRipPath, generatedSubRip()}}) {
-            QFile file(path);
-            file.open(QIODevice::WriteOnly);
-            file.write(bytes);
-        }
-        made.ffmpegSami = ffmpegConversionTimes(made.samiPath);
-        made.ffmpegSubRip = ffmpegConversionTimes(made.subRipPath);
-        return made;
-    }();
-    return files;
-}
-
-QString readUtf8(const QString &path) {
-    QFile file(path);
-    file.open(QIODevice::ReadOnly);
-    return QStringDecoder(QStringDecoder::Utf8).decode(file.readAll());
+    std::sort(wallRuns.begin(), wallRuns.end());
+    std::sort(cpuRuns.begin(), cpuRuns.end());
+    return {wallRuns[kReferenceRuns / 2], cpuRuns[kReferenceRuns / 2]};
 }
 
 // Reading and decoding are part of both sides: ffmpeg reads the file too.
 template <typename ParseFile>
-void runAgainstFfmpeg(benchmark::State &state, const QString &path, ReferenceTimes ffmpeg,
+void runAgainstFfmpeg(benchmark::State &state, const QByteArray &bytes, const char *suffix,
                       ParseFile parseFile) {
+    const QTemporaryDir directory;
+    const QString path = directory.filePath(QStringLiteral("bench.") + QLatin1String(suffix));
+    QFile written(path);
+    written.open(QIODevice::WriteOnly);
+    written.write(bytes);
+    written.close();
+    const ReferenceTimes ffmpeg = ffmpegConversionTimes(path);
     const TagProcessor processor{CaptionStyle{.fnamePF = QStringLiteral("Noto Sans CJK KR"),
                                               .boldPF = false,
                                               .sizePF = 0.05f,
@@ -162,7 +133,10 @@ void runAgainstFfmpeg(benchmark::State &state, const QString &path, ReferenceTim
     for (auto _ : state) {
         const double cpuBefore = processCpuMs();
         const auto started = std::chrono::steady_clock::now();
-        benchmark::DoNotOptimize(parseFile(readUtf8(path), processor));
+        QFile file(path);
+        file.open(QIODevice::ReadOnly);
+        benchmark::DoNotOptimize(
+            parseFile(QStringDecoder(QStringDecoder::Utf8).decode(file.readAll()), processor));
         totalMs +=
             std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - started)
                 .count();
@@ -180,7 +154,7 @@ void runAgainstFfmpeg(benchmark::State &state, const QString &path, ReferenceTim
 }
 
 void BM_SamiTwentyThousandCues(benchmark::State &state) {
-    runAgainstFfmpeg(state, benchFiles().samiPath, benchFiles().ffmpegSami,
+    runAgainstFfmpeg(state, generatedSami(), "smi",
                      [](const QString &text, const TagProcessor &processor) {
                          return parsingSmiFileToLocalTimeContent(text, u"smi", processor).size();
                      });
@@ -188,7 +162,7 @@ void BM_SamiTwentyThousandCues(benchmark::State &state) {
 BENCHMARK(BM_SamiTwentyThousandCues)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(3);
 
 void BM_SubRipTwentyThousandCues(benchmark::State &state) {
-    runAgainstFfmpeg(state, benchFiles().subRipPath, benchFiles().ffmpegSubRip,
+    runAgainstFfmpeg(state, generatedSubRip(), "srt",
                      [](const QString &text, const TagProcessor &processor) {
                          const auto result = parsingSrtFileToTimeContent(text, u"srt", processor);
                          return result ? result->topdic.size() : 0;

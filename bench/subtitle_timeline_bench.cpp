@@ -1,24 +1,17 @@
-// The subtitle model's load and caption-timer tick. Each iteration runs ours
-// and a reference one after the other, so that a busy machine slows both
-// alike; the "ratio" counter is our time divided by the reference's.
-// - Load: MySubtitle::openSubtitleFileURL on a two-class SAMI file against
-//   reading, decoding and parsing the same file directly (the least a load
-//   can do), so the ratio is the cost of discovery, encoding tries, format
-//   recognition, entries and key sorting.
-// - Tick: textLayerDic over a whole track, one tick per 20 ms of playback,
-//   against std::upper_bound on a plain vector of the key times.
+// The caption-timer tick: textLayerDic over a whole two-class SAMI track, one
+// tick per 20 ms of playback, against std::upper_bound on a plain vector of
+// the key times, both in every iteration so that a busy machine slows both
+// alike. The "ratio" counter is our time divided by the reference's.
 
 #include <benchmark/benchmark.h>
 
 #include <QFile>
-#include <QStringDecoder>
 #include <QTemporaryDir>
 #include <algorithm>
 #include <chrono>
 #include <vector>
 
 #include "subtitles/my_subtitle.h"
-#include "subtitles/sami_parser.h"
 
 namespace {
 
@@ -46,53 +39,21 @@ QByteArray generatedSami() {
     return text.toUtf8();
 }
 
-struct BenchFolder {
-    QTemporaryDir directory;
-    QString video;
-    BenchFolder() {
-        video = directory.filePath(QStringLiteral("movie.mkv"));
-        QFile(video).open(QIODevice::WriteOnly);
-        QFile sami(directory.filePath(QStringLiteral("movie.smi")));
-        sami.open(QIODevice::WriteOnly);
-        sami.write(generatedSami());
-    }
-};
-
 double secondsSince(Clock::time_point start) {
     return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
-void BM_OpenSubtitleFileURL(benchmark::State &state) {
-    const BenchFolder folder;
-    const std::vector<int> encodingItems = tolvane::encodingItemsToTry(0);
-    const TagProcessor tagProcessor{CaptionStyle{}};
-    double ours = 0.0;
-    double reference = 0.0;
-    for (auto _ : state) {
-        Clock::time_point start = Clock::now();
-        QFile file(folder.directory.filePath(QStringLiteral("movie.smi")));
-        file.open(QIODevice::ReadOnly);
-        QStringDecoder decoder(QStringDecoder::Utf8);
-        const QString text = decoder.decode(file.readAll());
-        benchmark::DoNotOptimize(parsingSmiFileToLocalTimeContent(text, u"smi", tagProcessor));
-        reference += secondsSince(start);
-
-        start = Clock::now();
-        MySubtitle subtitle;
-        subtitle.openSubtitleFileURL(folder.video, encodingItems, false, {});
-        benchmark::DoNotOptimize(subtitle.entryCount());
-        const double elapsed = secondsSince(start);
-        ours += elapsed;
-        state.SetIterationTime(elapsed);
-    }
-    state.counters["ratio"] = ours / reference;
-}
-BENCHMARK(BM_OpenSubtitleFileURL)->UseManualTime()->Unit(benchmark::kMillisecond);
-
 void BM_CaptionTimerTick(benchmark::State &state) {
-    const BenchFolder folder;
+    // A video and its caption file beside it, as a load finds them.
+    const QTemporaryDir directory;
+    QFile(directory.filePath(QStringLiteral("movie.mkv"))).open(QIODevice::WriteOnly);
+    QFile sami(directory.filePath(QStringLiteral("movie.smi")));
+    sami.open(QIODevice::WriteOnly);
+    sami.write(generatedSami());
+    sami.close();
     MySubtitle subtitle;
-    subtitle.openSubtitleFileURL(folder.video, tolvane::encodingItemsToTry(0), false, {});
+    subtitle.openSubtitleFileURL(directory.filePath(QStringLiteral("movie.mkv")),
+                                 tolvane::encodingItemsToTry(0), false, {});
     subtitle.setOrders({});
     subtitle.toggleRow(0);  // both tracks shown
     std::vector<qint32> times;
