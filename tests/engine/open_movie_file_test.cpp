@@ -19,7 +19,6 @@ struct OpenCase {
 
 const OpenCase kOpenCases[] = {
     {"h264_aac.mkv", "+1000", 42010, "YUV420P", false},
-    {"h264_aac.mp4", "+1000", 42010, "YUV420P", false},
     {"audio_first.mkv", "+1000", 42010, "YUV420P", false},
     {"h264_10bit_420.mkv", "+1000", 42020, "YUV420P 10-bit", false},
     {"h264_10bit_444.mkv", "+1000", 44420, "YUV444P 10-bit", false},

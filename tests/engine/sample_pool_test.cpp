@@ -95,20 +95,6 @@ TEST_F(SamplePoolTest, UnderrunWithLeftoverKeepsTheLeftoverAndDropsTheMovedNodes
     EXPECT_EQ(scratch[0][20], 150);
 }
 
-TEST_F(SamplePoolTest, UnderrunWithoutLeftoverKeepsTheMovedNodesForTheNextRequest) {
-    pool.allocate(1);
-    source.addNode(0, 40, 0);
-    source.addNode(0, 40, 40);
-    EXPECT_FALSE(gather(100));
-    EXPECT_EQ(source.nodeCount(0), 0u);
-    EXPECT_EQ(pool.bytesSamplePool(), 80);
-    EXPECT_EQ(pool.offsetSamplePool(), 0);
-
-    ASSERT_TRUE(gather(80));
-    EXPECT_EQ(scratch[0][0], 0);
-    EXPECT_EQ(scratch[0][79], 79);
-}
-
 TEST_F(SamplePoolTest, PlanarChannelsAreTakenTogetherOrNotAtAll) {
     pool.allocate(2);
     source.addNode(0, 100, 0);
