@@ -7,7 +7,6 @@
 
 #include <benchmark/benchmark.h>
 #include <sys/resource.h>
-#include <time.h>
 
 #include <QFile>
 #include <QProcess>
@@ -73,17 +72,13 @@ struct ReferenceTimes {
     double cpuMs = 0.0;
 };
 
-double childrenCpuMs() {
+// User and system time of this process (RUSAGE_SELF) or of its finished
+// children (RUSAGE_CHILDREN).
+double cpuMs(int who) {
     rusage usage{};
-    getrusage(RUSAGE_CHILDREN, &usage);
+    getrusage(who, &usage);
     return (double(usage.ru_utime.tv_sec) + double(usage.ru_stime.tv_sec)) * 1000.0 +
            (double(usage.ru_utime.tv_usec) + double(usage.ru_stime.tv_usec)) / 1000.0;
-}
-
-double processCpuMs() {
-    timespec now{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-    return double(now.tv_sec) * 1000.0 + double(now.tv_nsec) / 1e6;
 }
 
 // The median of a few runs, process start included.
@@ -93,7 +88,7 @@ ReferenceTimes ffmpegConversionTimes(const QString &path) {
     for (int run = 0; run < kReferenceRuns; ++run) {
         QProcess ffmpeg;
         ffmpeg.setStandardOutputFile(QProcess::nullDevice());
-        const double cpuBefore = childrenCpuMs();
+        const double cpuBefore = cpuMs(RUSAGE_CHILDREN);
         const auto started = std::chrono::steady_clock::now();
         ffmpeg.start(QStringLiteral("ffmpeg"),
                      {"-nostdin", "-loglevel", "error", "-i", path, "-f", "srt", "-"});
@@ -104,7 +99,7 @@ ReferenceTimes ffmpegConversionTimes(const QString &path) {
         wallRuns.push_back(
             std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - started)
                 .count());
-        cpuRuns.push_back(childrenCpuMs() - cpuBefore);
+        cpuRuns.push_back(cpuMs(RUSAGE_CHILDREN) - cpuBefore);
     }
     std::sort(wallRuns.begin(), wallRuns.end());
     std::sort(cpuRuns.begin(), cpuRuns.end());
@@ -131,7 +126,7 @@ void runAgainstFfmpeg(benchmark::State &state, const QByteArray &bytes, const ch
     double totalMs = 0.0;
     double totalCpuMs = 0.0;
     for (auto _ : state) {
-        const double cpuBefore = processCpuMs();
+        const double cpuBefore = cpuMs(RUSAGE_SELF);
         const auto started = std::chrono::steady_clock::now();
         QFile file(path);
         file.open(QIODevice::ReadOnly);
@@ -140,7 +135,7 @@ void runAgainstFfmpeg(benchmark::State &state, const QByteArray &bytes, const ch
         totalMs +=
             std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - started)
                 .count();
-        totalCpuMs += processCpuMs() - cpuBefore;
+        totalCpuMs += cpuMs(RUSAGE_SELF) - cpuBefore;
     }
     const double ourMs = totalMs / double(state.iterations());
     const double ourCpuMs = totalCpuMs / double(state.iterations());
