@@ -25,23 +25,11 @@ TEST(ProcessingTag, SplitsTheTextIntoRows) {
         {u"srt", "", {}},
         {u"srt", "a\n\nb\n", {"a", " ", "b"}},
         {u"smi", "<font color=red>a</font> <i>b</i><p>c", {"a bc"}},
-        {u"smi", "<ruby>漢<rt>かん</rt></ruby>字", {"漢字"}},
     };
     for (const Case &c : cases) {
         EXPECT_EQ(rowTexts(fixedWidthProcessor().processingTag(c.content, c.type)), c.rows)
             << c.content.toStdString();
     }
-}
-
-TEST(ProcessingTag, RowKeysAndLastCharacterIndices) {
-    const ProcessedLine line = fixedWidthProcessor().processingTag(u"ab<br><br>cde", u"smi");
-    ASSERT_EQ(line.rows.size(), 3u);
-    EXPECT_EQ(line.rows[0].rowKey, 2);
-    EXPECT_EQ(line.rows[0].lastCharacterIndex, 2);
-    EXPECT_EQ(line.rows[1].rowKey, 4);
-    EXPECT_EQ(line.rows[1].lastCharacterIndex, 3);
-    EXPECT_EQ(line.rows[2].rowKey, 6);
-    EXPECT_EQ(line.rows[2].lastCharacterIndex, 6);
 }
 
 TEST(ProcessingTag, ColoursOnlyTheFillString) {
