@@ -43,31 +43,6 @@ TEST(TextEncodingItems, EveryConverterOpensAndTheFixedItemsAreWhereTheSettingExp
     EXPECT_EQ(encodingItemsToTry(7), (std::vector<int>{0, 7, 1}));
 }
 
-TEST(DecodeTextStrictly, ReadsEachFormAndRejectsIllegalBytes) {
-    const QString text = QStringLiteral("<P>자막 字幕 subtitle</P>");
-    struct Case {
-        const char *what;
-        QByteArray bytes;
-        const char *icuName;
-        std::optional<QString> expected;
-    };
-    const Case cases[] = {
-        {"UTF-8 with BOM", "\xEF\xBB\xBF" + text.toUtf8(), "UTF-8", text},
-        {"UTF-16 BE with BOM", "\xFE\xFF" + encodeAs(text, "UTF-16BE"), "UTF-16", text},
-        // U+B620 exists in windows-949 only, not in plain EUC-KR.
-        {"windows-949 extension", QByteArray("\xbe\xc8\xb3\xe7 \x8c\x63"), "windows-949-2000",
-         QStringLiteral("안녕 똠")},
-        {"invalid UTF-8", QByteArray("caf\xe9 au lait"), "UTF-8", std::nullopt},
-        {"UTF-16 read as windows-1252", encodeAs(QStringLiteral("<P>ok</P>"), "UTF-16BE"),
-         "windows-1252", std::nullopt},
-        {"truncated UTF-8", QByteArray("ok \xec\x9e"), "UTF-8", std::nullopt},
-        {"empty", QByteArray(), "UTF-8", QString()},
-    };
-    for (const Case &c : cases) {
-        EXPECT_EQ(decodeTextStrictly(c.bytes, c.icuName), c.expected) << c.what;
-    }
-}
-
 TEST(DetectTextEncoding, RecognisesCjkTextAndFallsBackToTheLocale) {
     EXPECT_EQ(detectTextEncoding(encodeAs(kKorean, "EUC-KR")), "windows-949-2000");
     const QByteArray none;
@@ -89,7 +64,7 @@ TEST(ReadTextFile, TriesUtf8ThenTheUsersItemThenUtf16) {
         QByteArray bytes;
         int item;
         QLocale::Language language;
-        QString text;
+        std::optional<QString> text;
         const char *encoding;
     };
     const Case cases[] = {
@@ -106,6 +81,16 @@ TEST(ReadTextFile, TriesUtf8ThenTheUsersItemThenUtf16) {
          kKorean, "UTF-16"},
         {"ASCII in UTF-16 BE without BOM", encodeAs(ascii, "UTF-16BE"), kShiftJisItem,
          QLocale::English, ascii, "UTF-16"},
+        {"UTF-8 with BOM", "\xEF\xBB\xBF" + kJapanese.toUtf8(), kAutomatic, QLocale::English,
+         kJapanese, "UTF-8"},
+        {"UTF-16 BE with BOM", "\xFE\xFF" + encodeAs(kKorean, "UTF-16BE"), kAutomatic,
+         QLocale::English, kKorean, "UTF-16"},
+        // U+B620 exists in windows-949 only, not in plain EUC-KR.
+        {"the windows-949 extension", QByteArray("\xbe\xc8\xb3\xe7 \x8c\x63"), kKoreanItem,
+         QLocale::English, QStringLiteral("안녕 똠"), "windows-949-2000"},
+        {"UTF-8 cut inside a character", QByteArray("ok \xec\x9e"), kKoreanItem, QLocale::English,
+         std::nullopt, ""},
+        {"empty", QByteArray(), kAutomatic, QLocale::English, QString(), "UTF-8"},
     };
     for (const Case &c : cases) {
         const TextReadResult result = readTextFile(folder.write("t.txt", c.bytes),
