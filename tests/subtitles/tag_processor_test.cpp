@@ -33,18 +33,23 @@ TEST(ProcessingTag, SplitsTheTextIntoRows) {
 }
 
 TEST(ProcessingTag, ColoursOnlyTheFillString) {
-    const ProcessedLine line =
-        fixedWidthProcessor().processingTag(u"a<font color=\"Red\">bc</font>d", u"smi");
-    ASSERT_EQ(line.rows.size(), 1u);
-    const ProcessedRow &row = line.rows[0];
-    EXPECT_EQ(row.fill.attributesAt(0).fillColor.hexName(), "#FFFFFF");
-    EXPECT_EQ(row.fill.attributesAt(1).fillColor.hexName(), "#FF0000");
-    EXPECT_EQ(row.fill.attributesAt(1).strokeColor.hexName(), "#FF0000");
-    EXPECT_EQ(row.fill.attributesAt(2).fillColor.hexName(), "#FF0000");
-    EXPECT_EQ(row.fill.attributesAt(3).fillColor.hexName(), "#FFFFFF");
-    EXPECT_EQ(row.fill.runs().size(), 3u);
-    EXPECT_EQ(row.outline.runs().size(), 1u);
-    EXPECT_EQ(row.outline.attributesAt(1).fillColor.hexName(), "#000000");
+    for (const bool isDefaultColor : {true, false}) {
+        CaptionStyle style;
+        style.isDefaultColor = isDefaultColor;
+        const QString base = isDefaultColor ? "#FFFFFF" : "#F1E581";  // white or pale yellow
+        const ProcessedLine line = fixedWidthProcessor(6.0, style)
+                                       .processingTag(u"a<font color=\"Red\">bc</font>d", u"smi");
+        ASSERT_EQ(line.rows.size(), 1u);
+        const ProcessedRow &row = line.rows[0];
+        EXPECT_EQ(row.fill.attributesAt(0).fillColor.hexName(), base);
+        EXPECT_EQ(row.fill.attributesAt(1).fillColor.hexName(), "#FF0000");
+        EXPECT_EQ(row.fill.attributesAt(1).strokeColor.hexName(), "#FF0000");
+        EXPECT_EQ(row.fill.attributesAt(2).fillColor.hexName(), "#FF0000");
+        EXPECT_EQ(row.fill.attributesAt(3).fillColor.hexName(), base);
+        EXPECT_EQ(row.fill.runs().size(), 3u);
+        EXPECT_EQ(row.outline.runs().size(), 1u);
+        EXPECT_EQ(row.outline.attributesAt(1).fillColor.hexName(), "#000000");
+    }
 }
 
 TEST(ProcessingTag, ItalicAndBoldFacesWithTheirMarkers) {
@@ -91,15 +96,6 @@ TEST(ProcessingTag, FontSizeAndStrokeWidthsFollowTheStyle) {
         EXPECT_EQ(line.rows[0].outline.attributesAt(0).strokeWidth, styleCase.outlineStroke);
         EXPECT_EQ(fill.strokeWidth, styleCase.fillStroke);
     }
-}
-
-TEST(ProcessingTag, PaleYellowWhenNotDefaultColour) {
-    CaptionStyle style;
-    style.isDefaultColor = false;
-    const ProcessedLine line =
-        fixedWidthProcessor(6.0, style).processingTag(u"a<font color=#fff>b</font>", u"smi");
-    EXPECT_EQ(line.rows[0].fill.attributesAt(0).fillColor.hexName(), "#F1E581");
-    EXPECT_EQ(line.rows[0].fill.attributesAt(1).fillColor.hexName(), "#F1E581");
 }
 
 TEST(ProcessingTag, RubyAnnotationsSitUnderTheOddKeyOfTheirRow) {
