@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QSet>
-
 #include "support/qt_printers.h"
 
 namespace tolvane::subtitles {
@@ -15,18 +13,12 @@ TEST(ComputeColor, ReadsEveryWrittenForm) {
         const char *expectedHex;  // nullptr: the default colour
     };
     const Case cases[] = {
-        {"color=#ff0000", "#FF0000"},
-        {"color=\"#FF0000\"", "#FF0000"},
-        {"color=ff0000", "#FF0000"},
-        {"color=\"Red\"", "#FF0000"},
-        {"color=\" RED \"", "#FF0000"},
-        {"color=#fff", nullptr},
-        {"color=", nullptr},
-        {"color=abc", nullptr},
+        {"color=#ff0000", "#FF0000"},      {"color=ff0000", "#FF0000"},
+        {"color=\"Red\"", "#FF0000"},      {"color=\" RED \"", "#FF0000"},
+        {"color=#fff", nullptr},           {"color=abc", nullptr},
         {"color=nosuch", "#FFFFCF"},   // six or more letters read as lenient hex
         {"color=#GG0000", "#FF0000"},  // every non-digit counts fifteen
-        {"color=mediumpurple", "#9370D8"},
-        {"color=lightgrey", "#D3D3D3"},
+        {"color=mediumpurple", "#9370D8"}, {"color=lightgrey", "#D3D3D3"},
         {"color=lightgray", "#FFFFFF"},  // not a name here: lenient hex of "lightg"
     };
     for (const Case &c : cases) {
@@ -39,15 +31,6 @@ TEST(ComputeColor, ReadsEveryWrittenForm) {
                 << c.attributeText;
         }
     }
-}
-
-TEST(NamedCaptionColors, HoldsTheHundredFortyNamesOnceInLowerCase) {
-    QSet<QString> names;
-    for (const auto &[name, value] : namedCaptionColors()) {
-        names.insert(QString::fromLatin1(name));
-        EXPECT_EQ(QString::fromLatin1(name), QString::fromLatin1(name).toLower());
-    }
-    EXPECT_EQ(names.size(), 140);
 }
 
 }  // namespace

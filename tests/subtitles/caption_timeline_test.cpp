@@ -199,7 +199,6 @@ TEST(IsUpdatedSortedIdx, FindsTheLineDueForwardBackwardAndWithADelay) {
         {"past the end: the last line", 1, 99999, 0, "2000", true},
         {"before the first real key: the blank line", 3, -5, 0, "-900000000", true},
         {"before every key always reports a change", -1, 0, -1000000000, "none", true},
-        {"even from before every key", 0, 0, -1000000000, "none", true},
         {"an index left from a longer track counts as none", 40, 1000, 0, "1000", true},
     };
     for (const Case &c : cases) {
@@ -251,60 +250,38 @@ QStringList groupsOf(const TextLayerDic &groups) {
     return lines;
 }
 
-TEST(TextLayerDic, ReportsOnlyChangedGroupsInTheirPlaces) {
+TEST(TextLayerDic, IntegratedModeJoinsTheTracksLeavingOutABlankLine) {
     SubtitleTestFolder folder;
-    struct Tick {
-        qint32 at;
-        QStringList groups;
-    };
+    constexpr qint64 kIntegratedRow = 2;
     struct Case {
         const char *what;
         std::vector<qint64> clicks;
-        std::vector<Tick> ticks;
+        qint32 koreanDelay;  // -1000: the Korean track is still blank at 500
+        qint32 at;
+        QStringList groups;
     };
-    constexpr qint64 kIntegratedRow = 2;
     const Case cases[] = {
-        {"nothing chosen", {}, {{1000, {}}}},
-        {"one track at the bottom, redrawn only on change",
-         {0},
-         {{0, {"fst.bottom: ENCC 0"}}, {500, {}}, {1000, {"fst.bottom: ENCC 1000"}}}},
-        {"two tracks: the first at the bottom, the second at the top",
-         {1, 0},
-         {{1000, {"fst.bottom: KRCC 1000", "snd.top: ENCC 1000"}}, {1500, {}}}},
-        {"integrated: both lines as one block at the bottom",
+        {"nothing chosen", {}, 0, 1000, {}},
+        {"both lines, the first track's above",
          {0, 1, kIntegratedRow},
-         {{1000, {"fst.snd.bottom: ENCC 1000|KRCC 1000"}}, {1001, {}}}},
-        {"integrated with one track draws it alone",
-         {1, kIntegratedRow},
-         {{2000, {"fst.bottom: KRCC 2000"}}}},
+         0,
+         1000,
+         {"fst.snd.bottom: ENCC 1000|KRCC 1000"}},
+        {"the second track blank", {0, 1, kIntegratedRow}, -1000, 500, {"fst.snd.bottom: ENCC 0"}},
+        {"the first track blank", {1, 0, kIntegratedRow}, -1000, 500, {"fst.snd.bottom: ENCC 0"}},
+        {"one track drawn alone", {1, kIntegratedRow}, 0, 2000, {"fst.bottom: KRCC 2000"}},
     };
-    int number = 0;
     for (const Case &c : cases) {
         MySubtitle subtitle =
-            loadClasses(folder, QStringLiteral("tl%1").arg(number++), {"ENCC", "KRCC"});
+            loadClasses(folder, QStringLiteral("tl%1").arg(&c - cases), {"ENCC", "KRCC"});
+        subtitle.setDelays({{subtitle.fullKey(1), c.koreanDelay}});
         for (const qint64 row : c.clicks) {
             subtitle.toggleRow(row);
         }
-        for (const Tick &tick : c.ticks) {
-            EXPECT_EQ(groupsOf(subtitle.textLayerDic(tick.at)), tick.groups)
-                << c.what << " at " << tick.at;
-        }
+        EXPECT_EQ(groupsOf(subtitle.textLayerDic(c.at)), c.groups) << c.what;
+        EXPECT_EQ(groupsOf(subtitle.textLayerDic(c.at + 1)), QStringList{})
+            << c.what << ": unchanged a moment later";
     }
-}
-
-TEST(IntegratedFstLineDic, StacksTheRowsAndSkipsABlankLine) {
-    const TagProcessor processor = test::fixedWidthProcessor();
-    const ProcessedLine oneTwo = processor.processingTag(u"One\nTwo", u"srt");
-    const ProcessedLine three = processor.processingTag(u"Three", u"srt");
-    const ProcessedLine blank = processor.processingTag(u" ", u"srt");
-    const ProcessedLine joined = MySubtitle::integratedFstLineDic(oneTwo, three);
-    EXPECT_EQ(test::rowTexts(joined), (QStringList{"One", "Two", "Three"}));
-    ASSERT_EQ(joined.rows.size(), 3u);
-    EXPECT_EQ(joined.rows[2].rowKey, 6);
-    EXPECT_GT(joined.rows[2].lastCharacterIndex, joined.rows[1].lastCharacterIndex);
-    EXPECT_EQ(test::rowTexts(MySubtitle::integratedFstLineDic(blank, three)), QStringList{"Three"});
-    EXPECT_EQ(test::rowTexts(MySubtitle::integratedFstLineDic(oneTwo, {})),
-              (QStringList{"One", "Two"}));
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// Replays the fuzz seed corpus (the committed caption fixtures) through the
-// fuzz targets' entry points, so `make test` runs what the fuzzers run.
+// Runs the fuzz seed corpus (the committed caption fixtures) through the fuzz
+// targets' entry points.
 
 #include <gtest/gtest.h>
 

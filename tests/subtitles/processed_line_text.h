@@ -1,8 +1,5 @@
 #pragma once
 
-// Reading processed lines back in tests: the row texts and the styling that
-// the caption layout would see.
-
 #include <QString>
 #include <QStringList>
 

@@ -1,10 +1,10 @@
-// Hostile and oversized caption input, generated here rather than committed.
-// Each case must finish (linear time, no recursion) and keep its documented
-// result; a quadratic scan or a crash shows up as a test time-out or failure.
+// Hostile and oversized caption input: each case must finish (linear time, no
+// recursion) and keep its documented result.
 
 #include <gtest/gtest.h>
 
 #include <QRandomGenerator>
+#include <string_view>
 
 #include "processed_line_text.h"
 #include "subtitles/markup_normalizer.h"
@@ -65,10 +65,10 @@ TEST(Robustness, MillionsOfTagsAndDeepNesting) {
             ASSERT_FALSE(rows.isEmpty()) << tagCase.name;
             EXPECT_EQ(rows.first(), tagCase.expectedFirstRow) << tagCase.name;
         }
+        if (std::string_view(tagCase.name) == "NestedFonts") {
+            EXPECT_EQ(line.rows[0].fill.attributesAt(0).fillColor.hexName(), "#FF0000");
+        }
     }
-    const ProcessedLine nested = processor.processingTag(
-        repeated(u"<font color=red>", 100'000) + "x" + repeated(u"</font>", 100'000), u"smi");
-    EXPECT_EQ(nested.rows[0].fill.attributesAt(0).fillColor.hexName(), "#FF0000");
 }
 
 TEST(Robustness, ManyReplacementsAndRows) {

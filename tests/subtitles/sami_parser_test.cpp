@@ -35,12 +35,6 @@ TEST(ParsingSmiFileToLocalTimeContent, GivesTimedLinesPerClass) {
         QStringList expected;
     };
     const Case cases[] = {
-        {"TwoClasses",
-         kHead + "<SYNC Start=1000><P Class=KRCC>안녕\r\n"
-                 "<SYNC Start=1000><P Class=ENCC>Hello\r\n"
-                 "<SYNC Start=2000><P Class=KRCC>&nbsp;\r\n"
-                 "<SYNC Start=2000><P Class=ENCC>&nbsp;\r\n</BODY></SAMI>",
-         {"ENCC:-900000000= ;1000=Hello;2000= ", "KRCC:-900000000= ;1000=안녕;2000= "}},
         {"OneClassPerSync",
          kHead + "<SYNC Start=1000><P Class=KRCC>가<P Class=ENCC>A\r\n"
                  "<SYNC Start=2000><P Class=ENCC>B</BODY>",

@@ -34,9 +34,6 @@ TEST(ParsingSrtFileToTimeContent, GivesTimedLines) {
         QStringList expected;
     };
     const Case cases[] = {
-        {"SevenLines",
-         "1\n00:00:01,000 --> 00:00:02,500\nHello\n\n2\n00:00:03,000 --> 00:00:04,000\nWorld\n",
-         {"last=2", "-900000000= ", "1000=Hello", "2500=", "3000=World", "4000="}},
         {"StartEqualToPreviousEnd",
          "1\n00:00:01,000 --> 00:00:02,000\nA\n\n2\n00:00:02,000 --> 00:00:03,000\nB",
          {"last=2", "-900000000= ", "1000=A", "2000=B", "3000="}},

@@ -28,16 +28,12 @@ TEST_F(SubtitleDiscoveryTest, BesideTheVideoPlainThenAsteriskForm) {
     folder.write("show/a.mkv");
     folder.write("show/a.smi");
     folder.write("show/a*.smi");
+    folder.write("show/a*.srt");
     folder.write("show/ab.smi");  // another name: never matched as a pattern
+    folder.write("show/a-extra.srt");
     EXPECT_EQ(found("show/a.mkv", "smi"), (QStringList{"v show/a.smi", "v* show/a*.smi"}));
-    EXPECT_EQ(found("show/a.mkv", "srt"), QStringList{});
-}
-
-TEST_F(SubtitleDiscoveryTest, AsteriskFileAloneIsFoundLiterally) {
-    folder.write("show/b.mkv");
-    folder.write("show/b*.srt");
-    folder.write("show/b-extra.srt");
-    EXPECT_EQ(found("show/b.mkv", "srt"), QStringList{"v* show/b*.srt"});
+    EXPECT_EQ(found("show/a.mkv", "srt"), QStringList{"v* show/a*.srt"}) << "the asterisk alone";
+    EXPECT_EQ(found("show/a.mkv", "ass"), QStringList{});
 }
 
 TEST_F(SubtitleDiscoveryTest, ChosenFolderOnlyWhenNothingIsBesideTheVideo) {

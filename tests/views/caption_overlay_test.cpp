@@ -60,18 +60,15 @@ PixelCounts countCaptionPixels(const QImage &image, int firstRow, int endRow) {
 class CaptionOverlayTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        ASSERT_TRUE(folder.isValid());
         QFile sami(folder.filePath(QStringLiteral("clip.smi")));
-        ASSERT_TRUE(sami.open(QIODevice::WriteOnly));
-        sami.write(kTwoClassSami);
+        ASSERT_TRUE(sami.open(QIODevice::WriteOnly) && sami.write(kTwoClassSami) > 0);
         sami.close();
         subtitle.sizePF = 0.06f;
         subtitle.spacingPF = 0.6f;
         subtitle.marginPF = 0.1f;
         subtitle.viewSize = QSizeF(960, 540);
-        const std::vector<int> items = encodingItemsToTry(kAutomaticEncodingItem);
-        subtitle.openSubtitleFileURL(folder.filePath(QStringLiteral("clip.mkv")), items, false,
-                                     QString());
+        subtitle.openSubtitleFileURL(folder.filePath(QStringLiteral("clip.mkv")),
+                                     encodingItemsToTry(kAutomaticEncodingItem), false, QString());
         ASSERT_EQ(subtitle.entryCount(), 2);
         subtitle.setOrders({});
         subtitle.resetSortedIdx();
@@ -117,13 +114,14 @@ TEST_F(CaptionOverlayTest, TheTimerHandsOnOnlyChangedLines) {
     EXPECT_TRUE(timer.tick()) << "after a reset the next tick draws afresh";
 }
 
-TEST_F(CaptionOverlayTest, FirstTrackAtTheBottomSecondAtTheTopWithItsColour) {
+// The read-back of both layouts: two tracks at opposite edges at two view
+// sizes, then the integrated block at the bottom.
+TEST_F(CaptionOverlayTest, TracksAreDrawnAtTheirEdgesWithTheirColours) {
     subtitle.toggleRow(subtitle.fstOrderIdx() == 0 ? 1 : 0);
     nowMsec = 600;
     ASSERT_TRUE(timer.tick());
     ASSERT_EQ(overlay.shownGroups().count(QStringLiteral("fst.bottom")), 1u);
     ASSERT_EQ(overlay.shownGroups().count(QStringLiteral("snd.top")), 1u);
-
     for (const QSize size : {QSize(480, 270), QSize(960, 540)}) {
         SCOPED_TRACE(QStringLiteral("%1x%2").arg(size.width()).arg(size.height()).toStdString());
         picture.resize(size);
@@ -140,13 +138,10 @@ TEST_F(CaptionOverlayTest, FirstTrackAtTheBottomSecondAtTheTopWithItsColour) {
         EXPECT_GT(top.white, 20) << "and its white rest";
         EXPECT_EQ(middle.white + middle.red, 0) << "nothing between them";
     }
-}
 
-TEST_F(CaptionOverlayTest, IntegratedModeStacksBothTracksAtTheBottom) {
-    subtitle.toggleRow(subtitle.fstOrderIdx() == 0 ? 1 : 0);
     subtitle.toggleRow(subtitle.entryCount());
     ASSERT_TRUE(subtitle.isIntegrated());
-    nowMsec = 600;
+    timer.resetShownLines();
     ASSERT_TRUE(timer.tick());
     ASSERT_EQ(overlay.shownGroups().count(QStringLiteral("fst.snd.bottom")), 1u);
     spinEvents(100);

@@ -52,12 +52,5 @@ TEST(RefreshPacing, NoJudgementBeforeEnoughSwapsAndOutliersDoNotDecide) {
     EXPECT_FALSE(pacing.isSwapPaced());
 }
 
-TEST(RefreshPacing, TimerIntervalFollowsTheRate) {
-    EXPECT_EQ(RefreshPacing(60.0).timerIntervalMs(), 17);
-    EXPECT_EQ(RefreshPacing(144.0).timerIntervalMs(), 7);
-    EXPECT_EQ(RefreshPacing(-1.0).timerIntervalMs(), 17);
-    EXPECT_EQ(RefreshPacing(2000.0).timerIntervalMs(), 1);
-}
-
 }  // namespace
 }  // namespace tolvane
