@@ -19,7 +19,6 @@ TEST(RemoveAllNumbers, StripsDigitsSeparatorsAndTheFirstBracketedPart) {
     } cases[] = {
         {"A[1]B[2]", "AB[ ]"},
         {"Show.S01E02", "Show S  E  "},
-        {"my_show-03", "my show   "},
         {"Open [ bracket 5", "Open [ bracket  "},
         {"Close ] then [x]", "Close ] then "},
     };

@@ -58,8 +58,6 @@ TEST_F(UserDefaultsTest, EachFontKeepsItsOwnCaptionSettings) {
     } cases[] = {
         {"IsFontBold2", false, true},
         {"FontSize2", 0.03, 0.05},
-        {"CaptionSpacing2", 0.6, 0.8},
-        {"CaptionMargin2", 0.1, 0.2},
     };
     for (const auto &c : cases) {
         EXPECT_EQ(defaults.valueForCPFSetting(c.key), c.fallback) << c.key;
