@@ -19,12 +19,6 @@ class UserDefaultsTest : public ::testing::Test {
 protected:
     void SetUp() override { test::clearTolvaneSettings(); }
 
-    static void storeBehindItsBack(const char *key, const QVariant &value) {
-        const auto settings = openTolvaneSettings();
-        settings->setValue(QLatin1String(key), value);
-        settings->sync();
-    }
-
     UserDefaults defaults{QStringLiteral("Caption Face:style=Light")};
 };
 
@@ -46,7 +40,7 @@ TEST_F(UserDefaultsTest, ValuesComeBackWithTheTableTypesAndOtherWritersAreSeen) 
         EXPECT_EQ(reread.value(c.key), c.read) << c.key;
         EXPECT_EQ(reread.value(c.key).metaType(), c.read.metaType()) << c.key;
     }
-    storeBehindItsBack("Volume", "loud");
+    openTolvaneSettings()->setValue("Volume", "loud");  // written on destruction
     EXPECT_EQ(reread.value("Volume"), QVariant(1.0)) << "the wrong kind reads as the default";
 }
 
