@@ -59,34 +59,13 @@ protected:
     PlayedStateRecords records{playlist, openedItems};
 };
 
-TEST_F(Records, PlayedStateRecordHasTheStoredLayout) {
+TEST_F(Records, ModesDecideWhetherTheFolderEntryIsWrittenInTheStoredLayout) {
     const QUrl file = tree.touch("show/Ep 1.mkv", "12345");
     playOnly(file);
     ReOpenFields &chosen = playlist.reOpen;
     chosen.reOpenSubtitleIdxs = {"a#*QZR*SPC*KEY*#smi", "integrated"};
     chosen.reOpenDelayDic = {{"a#*QZR*SPC*KEY*#smi", -500}};
-    PlayedStateRecords::saveRecentIsFolder(true);
-    records.saveTotalFdFlsData("auto");
-
-    const QVariantMap total = storedRecord("QZRTotalFdFlsData");
-    const QVariantMap entry = total["ttfile"].toMap()[file.toLocalFile()].toMap();
-    const QVariantMap folders = total["ttfolder"].toMap();
     const QString folderPath = tree.path("show");
-    EXPECT_EQ(total.keys(), QStringList({"ttfile", "ttfolder"}));
-    EXPECT_EQ(entry.keys(), QStringList({"caudio", "cdelaydic", "cdone", "csubtitleidxs", "ctime",
-                                         "fsize", "laccs"}));
-    EXPECT_EQ(folders.keys(), QStringList({folderPath, "QZRrcfdpath", "QZRrcplist1"}));
-    EXPECT_EQ(keysOf(folders[folderPath]), QStringList({"cpath", "laccs", "lurls"}));
-
-    const FileEntry saved = FileEntry::fromVariantMap(entry);
-    EXPECT_EQ(saved.fsize, 5u);
-    EXPECT_EQ(saved.csubtitleidxs, chosen.reOpenSubtitleIdxs);
-    EXPECT_EQ(saved.cdelaydic, chosen.reOpenDelayDic);
-}
-
-TEST_F(Records, ModesDecideWhetherTheFolderEntryIsWritten) {
-    const QUrl file = tree.touch("show/Ep 1.mkv");
-    playOnly(file);
     const struct {
         const char *mode;
         bool lastOpenWasFolder;
@@ -94,8 +73,8 @@ TEST_F(Records, ModesDecideWhetherTheFolderEntryIsWritten) {
     } cases[] = {
         {"file", true, false},
         {"auto", false, false},
-        {"auto", true, true},
         {"folder", false, true},
+        {"auto", true, true},
     };
     for (const auto &c : cases) {
         test::clearTolvaneSettings();
@@ -103,8 +82,21 @@ TEST_F(Records, ModesDecideWhetherTheFolderEntryIsWritten) {
         records.saveTotalFdFlsData(QString::fromUtf8(c.mode));
         const TotalFdFlsData total = PlayedStateRecords::readTotalFdFlsData();
         EXPECT_EQ(total.ttfile.size(), 1) << c.mode;
-        EXPECT_EQ(total.ttfolder.folders.contains(tree.path("show")), c.writesFolder) << c.mode;
+        EXPECT_EQ(total.ttfolder.folders.contains(folderPath), c.writesFolder) << c.mode;
     }
+
+    const QVariantMap total = storedRecord("QZRTotalFdFlsData");
+    const QVariantMap entry = total["ttfile"].toMap()[file.toLocalFile()].toMap();
+    const QVariantMap folders = total["ttfolder"].toMap();
+    EXPECT_EQ(total.keys(), QStringList({"ttfile", "ttfolder"}));
+    EXPECT_EQ(entry.keys(), QStringList({"caudio", "cdelaydic", "cdone", "csubtitleidxs", "ctime",
+                                         "fsize", "laccs"}));
+    EXPECT_EQ(folders.keys(), QStringList({folderPath, "QZRrcfdpath", "QZRrcplist1"}));
+    EXPECT_EQ(keysOf(folders[folderPath]), QStringList({"cpath", "laccs", "lurls"}));
+    const FileEntry saved = FileEntry::fromVariantMap(entry);
+    EXPECT_EQ(saved.fsize, 5u);
+    EXPECT_EQ(saved.csubtitleidxs, chosen.reOpenSubtitleIdxs);
+    EXPECT_EQ(saved.cdelaydic, chosen.reOpenDelayDic);
 }
 
 TEST_F(Records, NothingCurrentLeavesTheRecordUntouched) {
