@@ -12,9 +12,7 @@
 namespace tolvane {
 namespace {
 
-const QString kSubtitleKey = QStringLiteral(
-    "Show 01#*QZR*SPC*KEY*#smi#*QZR*SPC*KEY*#smi"
-    "#*QZR*SPC*KEY*#v#*QZR*SPC*KEY*#KRCC");
+const QString kSubtitleKey = QStringLiteral("Show 01#*QZR*SPC*KEY*#smi#*QZR*SPC*KEY*#KRCC");
 const QString kCarriedSubtitleKey = QStringLiteral("#*QZR*COF*KEY*#") + kSubtitleKey;
 
 class MovingBetweenItems : public ::testing::Test {
