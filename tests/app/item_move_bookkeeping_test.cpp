@@ -122,12 +122,10 @@ TEST_F(MovingBetweenItems, StoresTheItemLeftAndRewindsTheResumePosition) {
         playlist.reOpen.reOpenDone = true;
         playlist.reOpen.reOpenCTimeSec = c.reOpenCTimeSecBefore;
         moveTo(1, c.playingPositionSec);
-        const PlaylistItem &left = playlist.playList[0];
-        EXPECT_EQ(left.playTime, c.storedTimeSec) << c.what;
-        EXPECT_TRUE(left.playDone) << c.what;
-        const FileEntry stored = storedEntryOf(0);
-        EXPECT_EQ(stored.ctime, c.storedTimeSec) << c.what;
-        EXPECT_TRUE(stored.cdone) << c.what;
+        EXPECT_EQ(playlist.playList[0].playTime, c.storedTimeSec) << c.what;
+        EXPECT_TRUE(playlist.playList[0].playDone) << c.what;
+        EXPECT_EQ(storedEntryOf(0).ctime, c.storedTimeSec) << c.what;
+        EXPECT_TRUE(storedEntryOf(0).cdone) << c.what;
     }
 
     // Going back resumes 3 s before the stored position, when there is room.
