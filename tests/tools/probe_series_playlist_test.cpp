@@ -23,16 +23,13 @@ TEST(ProbeAppCommands, PrintTheirVerdictsAsJsonAndRefuseMissingArguments) {
 
     QTemporaryDir tree;
     const QString root = QDir(tree.path()).canonicalPath();
-    QDir().mkpath(root + "/where/show");
-    for (const char *name : {"Ep 2.mkv", "Ep 1.mkv", "Notes 1.mkv"}) {
-        QFile file(root + "/where/show/" + name);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    for (const char *name : {"/Ep 2.mkv", "/Ep 1.mkv"}) {
+        ASSERT_TRUE(QFile(root + name).open(QIODevice::WriteOnly));
     }
-    const QString opened = root + "/where/show/Ep 2.mkv";
-    const test::ProbeRun playlist = runProbe({"playlist", "--where", root + "/where", opened});
+    const test::ProbeRun playlist = runProbe({"playlist", "--where", root, root + "/Ep 2.mkv"});
     EXPECT_EQ(playlist.exitCode, 0);
     EXPECT_EQ(playlist.json["playList"].toArray(),
-              QJsonArray({root + "/where/show/Ep 1.mkv", opened}));
+              QJsonArray({root + "/Ep 1.mkv", root + "/Ep 2.mkv"}));
     EXPECT_EQ(playlist.json["titles"].toArray(), QJsonArray({"Ep 1 and 1 more"}));
     EXPECT_FALSE(playlist.json["isFolder"].toBool(true));
 
