@@ -23,11 +23,6 @@ namespace tolvane {
 
 namespace {
 
-constexpr int kMode420p8 = 42010;
-constexpr int kMode420p8Interlaced = 42011;
-constexpr int kMode420p10 = 42020;
-constexpr int kMode444p10 = 44420;
-
 constexpr int kTenBitMask = 0x3FF;
 constexpr int kLumaBlack = 64;
 constexpr int kChromaZero = 512;
@@ -187,13 +182,13 @@ int blueOffsetFor10bitChroma(int u10) { return blueOffset(u10 & kTenBitMask); }
 
 BitmapLayout bitmapLayoutFor(int pixelFormatMode, bool is10bitMode) {
     switch (pixelFormatMode) {
-        case kMode420p8Interlaced:
+        case kPixelFormat420p8Interlaced:
             return BitmapLayout::Packed422FirstFieldFrom420p8;
-        case kMode420p10:
+        case kPixelFormat420p10:
             return is10bitMode ? BitmapLayout::Rgba16From420p10 : BitmapLayout::Packed422From420p10;
-        case kMode444p10:
+        case kPixelFormat444p10:
             return is10bitMode ? BitmapLayout::Rgba16From444p10 : BitmapLayout::Argb8From444p10;
-        case kMode420p8:
+        case kPixelFormat420p8:
         default:
             // Unsupported formats are read as 8-bit 4:2:0, deliberately: the
             // player keeps running whatever the picture looks like.

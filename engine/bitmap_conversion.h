@@ -5,6 +5,15 @@
 
 namespace tolvane {
 
+// pixelFormatMode values: the bitmap layout the decoded pictures are turned into.
+enum PixelFormatMode : int {
+    kPixelFormatUnsupported = 0,
+    kPixelFormat420p8 = 42010,
+    kPixelFormat420p8Interlaced = 42011,
+    kPixelFormat420p10 = 42020,
+    kPixelFormat444p10 = 44420,
+};
+
 // The bitmap layouts a decoded picture is converted into. Every layout is
 // tightly packed (no row padding); rows follow each other top to bottom.
 enum class BitmapLayout {

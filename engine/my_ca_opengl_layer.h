@@ -9,6 +9,7 @@
 #include "base/named_mutex.h"
 #include "base/worker_thread.h"
 #include "engine/alert_presenter.h"
+#include "engine/bitmap_conversion.h"
 #include "engine/bitmap_data.h"
 #include "engine/cursor_queue.h"
 #include "engine/ffmpeg_handles.h"
@@ -26,15 +27,6 @@ inline constexpr const char *kIsInterlacedNotification = "MYOpenGLLayerIsInterla
 
 // Result codes of openMovieFile().
 inline constexpr const char *kOpenSucceeded = "+1000";
-
-// pixelFormatMode values: the bitmap layout the decoded pictures are turned into.
-enum PixelFormatMode : int {
-    kPixelFormatUnsupported = 0,
-    kPixelFormat420p8 = 42010,
-    kPixelFormat420p8Interlaced = 42011,
-    kPixelFormat420p10 = 42020,
-    kPixelFormat444p10 = 44420,
-};
 
 // What the packet thread does on one pass, from its pacing table.
 enum class PacketPassAction { Sleep, Read };

@@ -1,6 +1,6 @@
 #include "engine/picture_layout.h"
 
-#include "engine/my_ca_opengl_layer.h"
+#include "engine/bitmap_conversion.h"
 
 namespace tolvane {
 
