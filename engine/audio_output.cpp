@@ -6,8 +6,8 @@
 #include <cstring>
 
 #include "base/log.h"
-#include "engine/my_ca_opengl_layer.h"
 #include "engine/audio_output_device.h"
+#include "engine/my_ca_opengl_layer.h"
 
 namespace tolvane {
 

@@ -153,9 +153,9 @@ private:
             lock.lock();
 
             framesSinceAnchor += framesPerCallback_;
-            const auto due = anchor + std::chrono::duration_cast<Clock::duration>(
-                                          std::chrono::duration<double>(
-                                              double(framesSinceAnchor) / double(sampleRate_)));
+            const auto due =
+                anchor + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(
+                             double(framesSinceAnchor) / double(sampleRate_)));
             if (Clock::now() > due + period) {
                 // More than a period behind (the machine was busy): a sound
                 // card would have played silence in between rather than ask
@@ -182,7 +182,7 @@ private:
 // Silent devices by id, for the pause calls, which may race with closing.
 std::mutex silentRegistryMutex;
 std::map<std::uint32_t, std::shared_ptr<SilentPacer>> silentPacers;  // guarded by the above
-std::uint32_t lastSilentSerial = 0;                                    // guarded by the above
+std::uint32_t lastSilentSerial = 0;                                  // guarded by the above
 
 class SilentOutputDevice final : public AudioOutputDevice {
 public:
