@@ -118,13 +118,16 @@ SamiClassDictionaries parsingSmiFileToLocalTimeContent(QStringView text, QString
         const bool syncOwnsParagraph =
             syncAfterEnd < 0 || syncAfterEnd + kSyncTagLength > paragraph->equalsSign + 1;
         qsizetype contentStart = 0;
-        if (syncOwnsParagraph) {
+        const auto adoptClassOf = [&](const ClassedParagraph &classed) {
             currentClass =
-                joinedClassName(text.sliced(paragraph->equalsSign + 1,
-                                            paragraph->closingBracket - paragraph->equalsSign - 1),
+                joinedClassName(text.sliced(classed.equalsSign + 1,
+                                            classed.closingBracket - classed.equalsSign - 1),
                                 classes);
             classes.try_emplace(currentClass);
             hasCurrentClass = true;
+        };
+        if (syncOwnsParagraph) {
+            adoptClassOf(*paragraph);
             contentStart = paragraph->closingBracket + 1;
         } else {
             // A sync without a classed paragraph of its own (a bare "&nbsp;")
@@ -136,12 +139,7 @@ SamiClassDictionaries parsingSmiFileToLocalTimeContent(QStringView text, QString
                 if (!first) {
                     break;
                 }
-                currentClass =
-                    joinedClassName(text.sliced(first->equalsSign + 1,
-                                                first->closingBracket - first->equalsSign - 1),
-                                    classes);
-                classes.try_emplace(currentClass);
-                hasCurrentClass = true;
+                adoptClassOf(*first);
             }
             contentStart = syncEnd;
         }
