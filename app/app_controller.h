@@ -1,0 +1,303 @@
+#pragma once
+
+#include <QList>
+#include <QObject>
+#include <QPoint>
+#include <QRect>
+#include <QSize>
+#include <QString>
+#include <QStringList>
+#include <QTimer>
+#include <QUrl>
+#include <memory>
+#include <optional>
+
+#include "app/display_sleep_assertion.h"
+#include "app/native_mode_player.h"
+#include "app/opened_items.h"
+#include "app/playlist.h"
+#include "app/user_interaction.h"
+#include "base/named_mutex.h"
+#include "base/notification_center.h"
+#include "subtitles/my_subtitle.h"
+
+namespace tolvane {
+
+class MyCAOpenGLLayer;
+class PlayedStateRecords;
+class PlaylistBuilder;
+class FilesFoldersOpening;
+class ItemMoveBookkeeping;
+class UserDefaults;
+
+// The windows the controller places and remembers.
+enum class WindowKind { show, inspector, list };
+
+// Which player's pictures the video view shows.
+enum class PictureMode { none, ffmpeg, native };
+
+// One screen, in device-independent pixels: its whole geometry and the part
+// left to windows (without panels and docks).
+struct ScreenGeometry {
+    QRect fullFrame;
+    QRect visibleFrame;
+};
+
+// What the inspector window shows.
+struct InspectorState {
+    QString fileName;           // "NOTOPENEDVIDEO"'s text while nothing is open
+    QString decodingLabel;      // "FF" or "NT"
+    QString accelerationLabel;  // "H.264", "10-bit" or " "
+    QString frameRate = QStringLiteral("---");
+    QString bitRate = QStringLiteral("---");
+    QString pictureSize = QStringLiteral("---");
+    QString videoFormat = QStringLiteral("---");
+    QStringList soundTracks;  // one title per audio stream
+    int selectedSoundTrack = -1;
+    QStringList captionTracks;  // one title per subtitle entry (and the integrated row)
+    QList<qint64> selectedCaptionTracks;
+    qint32 fstDelayMsec = 0;
+    qint32 sndDelayMsec = 0;
+    int textEncodingItem = 3;
+    bool isGPUAccCheckEnabled = true;
+};
+
+// One row of the playlist table.
+struct PlaylistRow {
+    QString displayName;
+    double playedFraction = 0.0;  // 0..1
+    bool isDone = false;
+    bool isCurrent = false;
+    bool isSkipped = false;  // a Blu-ray stream file marked "!"
+};
+
+// What the control panel shows.
+struct TransportState {
+    bool isPlaying = false;
+    double positionSec = 0.0;
+    double durationSec = 0.0;
+    QString currentTimeText = QStringLiteral("00:00:00");
+    QString durationText = QStringLiteral("00:00:00");
+    double volume = 1.0;  // 0..5, 1 the normal level
+    bool isPlayEnabled = false;
+    bool isCaptionEnabled = false;
+    bool isPrevFileEnabled = false;
+    bool isNextFileEnabled = false;
+    QString playlistLabel;  // "%d/%d" with two items or more, else " "
+};
+
+// The checkable menu items and the ones that come and go.
+struct MenuState {
+    bool isAutoPlay = true;
+    QString aspectRatioName = QStringLiteral("SAR");
+    bool isAwesome = false;
+    bool isAnotherDefaultColor = false;
+    bool isMoveToTrashEnabled = false;
+    bool isSizeChangeEnabled = true;
+    bool isFullScreen = false;
+    bool isInspectorShown = false;
+    bool isPlaylistShown = false;
+};
+
+// The application controller: starts and stops the player, keeps the
+// settings and records, opens files and folders, chooses the decoding mode,
+// builds the playlist and maps every user action onto the engine or the
+// Native-mode player. Qt Core only: the windows in views/ forward their
+// actions to it and show what its signals announce; tests drive it without
+// a window.
+//
+// Lock order (each critical section takes exactly one; never nest):
+// movieMutex, seekingMutex, encodingMutex, continueOpenMutex, modeMutex,
+// resetMutex, displayCellMutex, windowPositionsMutex.
+//
+// Thread-safety: main thread only. The engine's worker threads reach it
+// through notifications that it forwards to the main thread.
+class AppController : public QObject {
+    Q_OBJECT
+public:
+    struct Services {
+        UserInteraction *userInteraction = nullptr;           // not owned; required
+        std::unique_ptr<NativeModePlayer> nativePlayer;       // null: Native mode unavailable
+        std::unique_ptr<DisplaySleepAssertion> displaySleep;  // null: the display may sleep
+    };
+
+    explicit AppController(Services services, QObject *parent = nullptr);
+    ~AppController() override;
+
+    // --- Start-up and shutdown (app_controller.cpp)
+    // Loading: defaults registered, state, locks and observers in place.
+    void awakeFromNib();
+    // The windows exist: places them (frames restored per screen
+    // configuration, pulled onto a screen), reopens nothing.
+    void applicationDidFinishLaunching();
+    // The orderly end: timers stopped, position stored, engine cleaned, the
+    // played-state record and the window frames saved. Safe to call twice.
+    void applicationWillTerminate();
+    bool isWillTerminateNotified() const { return willTerminateNotified; }
+    int currentDecodingMode() const;
+
+    // The screens and the windows' frames as the windowing system has them;
+    // the views report every change (windowDidMoveOrResize, windowDidChangeScreen).
+    void setScreens(const QList<ScreenGeometry> &screens, int mainWindowScreenIndex);
+    void windowDidMoveOrResize(WindowKind window, const QRect &frame);
+    QRect windowFrame(WindowKind window) const;
+
+    // --- Opening (app_controller_opening.cpp)
+    void openFile(const QString &path);         // file manager, second instance
+    void openPanelOK(const QList<QUrl> &urls);  // Open Files / Open Folder
+    void reOpenFile();                          // File > Open Recent, mode switches
+    void finallyOpenFilesFolders(const QList<QUrl> &urls);
+    void cleanBeforeLoading();
+    void loadMovieFile(const QUrl &url);
+    void continueOpenFile();
+    void doubleClickedAtTableView(int row);
+    void chooseOpenedList(int indexList);
+    void clickChangeDecoding();
+    void clickDecodingPUBT(int decodingPopUpItem);
+    void clickIsGPUAccCheck(bool isOn);
+    void clickIs10bitModeCheck(bool isOn);
+    void clickResetPlayedStateButton();
+    void moveToTrash();
+    // The where folder (preferences): an empty URL clears it.
+    void setWhereFolder(const QUrl &folder);
+    QUrl whereFolder() const;
+    void changeTextEncoding(int textEncodingItem);
+    void changeAudioTrack(int audioTrackIndex);
+    void toggleCaptionTrack(qint64 row);
+    bool hasRecentItem() const;
+    QString recentItemTitle() const;
+
+    // --- Transport (app_controller_transport.cpp)
+    void clickPlayPauseButton();
+    void clickForwardMenu();
+    void clickBackwardMenu();
+    void clickSkipForwardMenu();
+    void clickVolumeUpMenu();
+    void clickVolumeDownMenu();
+    void clickVolumeSlider(double value);
+    void clickMuteButton();
+    void clickAutoPlayMenu();
+    void clickPrevFileButton();
+    void clickNextFileButton();
+    void clickTimeSlider(double targetSec);
+    // A seek press to `targetSec` (MPRIS Seek and SetPosition).
+    void seekPressTo(double targetSec);
+    void clickLaterCaptionButton();
+    void clickEarlyCaptionButton();
+    void clickCaptionPositionUp();
+    void clickCaptionPositionDown();
+    void restorePlayRate();
+    double finalCurrentTimeSecForFF() const;
+    static QString representHMSfromSEC(double sec);
+
+    // --- Window size, aspect ratio and full screen (app_controller_sizing.cpp)
+    bool determineNaturalSizeRatio();
+    void changeWindowRatioTo(double ratio, const QString &name);
+    // "SAR", "4:3", "16:9", "1.85:1", "2.35:1" or "2.40:1".
+    void clickAspectRatioMenu(const QString &name);
+    void clickIncreaseSizeMenu();
+    void clickDecreaseSizeMenu();
+    void clickFullScreen();
+    void leaveFullScreen();
+    void clickAwesomeMenu();
+    void clickAnotherDefaultColorMenu();
+
+    // --- Companion windows
+    void clickInspectorButton();
+    void clickPlaylistButton();
+    void willCloseInspector();
+    void willClosePlaylist();
+
+    // --- What the views show
+    const InspectorState &inspectorState() const { return inspector; }
+    QList<PlaylistRow> playlistRows() const;
+    const QStringList &openedListTitles() const { return openedItems.openedListTitles; }
+    int indexList() const { return openedItems.indexList; }
+    QString playlistCountText() const;  // "ITEMS" filled with the count
+    TransportState transportState() const;
+    const MenuState &menuState() const { return menu; }
+    PictureMode pictureMode() const { return shownPictureMode; }
+    MyCAOpenGLLayer &engine() { return *myGLLayer; }
+    NativeModePlayer *nativePlayer() const { return services.nativePlayer.get(); }
+    // The subtitle of the loaded video: the same object for the whole run,
+    // reloaded at every load.
+    subtitles::MySubtitle &subtitle() { return iSubtitle; }
+    // The caption clock: the active player's position in milliseconds.
+    qint32 playbackTimeMsec() const;
+    const Playlist &playlist() const { return playlistState; }
+
+signals:
+    void messageChanged(const QString &text);  // empty hides the message layer
+    void fileNameChanged(const QString &name, bool isVisible);
+    void loadingCircleChanged(bool isVisible);
+    void countDownChanged(const QString &text);  // empty hides it
+    void inspectorChanged();
+    void playlistChanged();
+    void transportChanged();
+    void menuStateChanged();
+    void pictureModeChanged(tolvane::PictureMode mode);
+    void subtitleReloaded();
+    void captionsNeedRedraw();
+    void backgroundColorChanged(bool isBlack);
+    void windowLevelChanged(bool isOnTop);
+    // Show or hide a companion window.
+    void windowVisibilityRequested(tolvane::WindowKind window, bool isVisible);
+    // Move and size a window; `showMessage` announces the new size.
+    void windowFrameRequested(tolvane::WindowKind window, const QRect &frame, bool showMessage);
+    // Enter (with the picture's rectangle on the screen) or leave full screen.
+    void fullScreenRequested(bool isFullScreen, const QRect &pictureRect);
+    void quitRequested();
+
+private:
+    // --- State of the whole run (app_controller.cpp)
+    Services services;
+    std::unique_ptr<MyCAOpenGLLayer> myGLLayer;
+    subtitles::MySubtitle iSubtitle;
+    Playlist playlistState;
+    OpenedItems openedItems;
+    std::unique_ptr<PlayedStateRecords> records;
+    std::unique_ptr<PlaylistBuilder> playlistBuilder;
+    std::unique_ptr<FilesFoldersOpening> filesFoldersOpening;
+    std::unique_ptr<ItemMoveBookkeeping> itemMoveBookkeeping;
+    std::vector<ScopedObserver> observers;
+
+    NamedRecursiveMutex movieMutex{"movie"};
+    NamedRecursiveMutex seekingMutex{"seeking"};
+    NamedRecursiveMutex encodingMutex{"encoding"};
+    NamedRecursiveMutex continueOpenMutex{"continueOpen"};
+    NamedRecursiveMutex modeMutex{"mode"};
+    NamedRecursiveMutex resetMutex{"reset"};
+    NamedRecursiveMutex displayCellMutex{"displayCell"};
+    NamedRecursiveMutex windowPositionsMutex{"windowPositions"};
+
+    InspectorState inspector;
+    MenuState menu;
+    PictureMode shownPictureMode = PictureMode::none;
+    QList<ScreenGeometry> screens;
+    int mainWindowScreenIndex = 0;
+    QRect frames[3];
+
+    QTimer movieTimer;
+    QTimer messageHideTimer;
+    bool willTerminateNotified = false;
+    bool isCaptionON = true;
+    bool isAutomaticStartPlay = true;
+    bool isAutoPlayed = false;
+    bool isDoubleClickedPlayList = false;
+    bool isPreventingSleep = false;
+    bool isEndForFF = false;
+    double currentPlayPercentage = -100.0;
+    int countEnergy = 0;
+    int countFinalForFF = 0;
+    double cTimeSecForFF = 0.0;
+    double cRatio = 0.0;
+    QSizeF naturalPictureSize{960.0, 540.0};
+
+    // --- Transport state (app_controller_transport.cpp)
+    unsigned countPlay = 0;
+    float prevRate = 0.0f;
+    unsigned keyCountClick = 0;
+    double volumeSliderValue = 1.0;
+};
+
+}  // namespace tolvane
