@@ -226,7 +226,7 @@ public:
     qint32 playbackTimeMsec() const;
     const Playlist &playlist() const { return playlistState; }
 
-signals:
+Q_SIGNALS:
     void messageChanged(const QString &text);  // empty hides the message layer
     void fileNameChanged(const QString &name, bool isVisible);
     void loadingCircleChanged(bool isVisible);
