@@ -83,7 +83,7 @@ InspectorWindow::InspectorWindow(AppController &controllerToUse, QWidget *parent
 }
 
 QString InspectorWindow::delayText(const char *trackKey, qint32 delayMsec) {
-    if (delayMsec == 0) {
+    if (delayMsec == 0 || delayMsec == subtitles::kUnsetSubtitleDelay) {
         return QString();
     }
     return localizedString("INSPECTOR_DELAY")

@@ -23,7 +23,7 @@ class InspectorWindow : public QWidget {
 public:
     explicit InspectorWindow(AppController &controller, QWidget *parent = nullptr);
 
-    // "1st +0.5 s" style text of a caption track's delay; empty for no delay.
+    // "first +0.5 s": a shown track's delay; empty when it has none (0 or unset).
     static QString delayText(const char *trackKey, qint32 delayMsec);
 
 protected:
