@@ -12,10 +12,15 @@
 #include <memory>
 
 #include "app/app_controller.h"
+#include "app/desktop/screen_saver_inhibitor.h"
+#include "app/desktop/single_instance.h"
+#include "app/desktop/termination_signals.h"
+#include "app/native/qt_native_mode_player.h"
 #include "app/user_defaults.h"
 #include "base/localized_strings.h"
 #include "views/application_windows.h"
 #include "views/message_box_interaction.h"
+#include "views/native_picture_source.h"
 
 namespace {
 
@@ -58,17 +63,28 @@ int main(int argc, char **argv) {
     removeOwnerlessSettingsLock();
 
     const QStringList paths = absolutePathsOfArguments(QApplication::arguments().mid(1));
+    if (SingleInstance::handOverToRunningInstance(paths)) {
+        return 0;
+    }
     if (!canCreateOpenGLContext()) {
         QTextStream(stderr) << localizedString("NOOPENGL") << '\n';
         return 1;
     }
 
     MessageBoxInteraction interaction;
+    auto nativePlayer = std::make_unique<QtNativeModePlayer>();
+    QtNativeModePlayer *nativePlayerShown = nativePlayer.get();
     AppController::Services services;
     services.userInteraction = &interaction;
+    services.nativePlayer = std::move(nativePlayer);
+    services.displaySleep = std::make_unique<ScreenSaverInhibitor>();
     AppController controller(std::move(services));
 
     ApplicationWindows windows(controller, interaction);
+    NativePictureSource nativePictureSource(nativePlayerShown->videoSink());
+    MyVideoView &videoView = windows.mainWindow().view().videoView();
+    nativePictureSource.setWakeHandler([&videoView] { videoView.wakeRefresh(); });
+    windows.mainWindow().view().setNativePictureSource(&nativePictureSource);
 
     controller.awakeFromNib();
     windows.mainWindow().show();
@@ -83,6 +99,9 @@ int main(int argc, char **argv) {
         QApplication::quit();
     };
     QObject::connect(&windows, &ApplicationWindows::quitRequested, &application, quitInOrder);
+    TerminationSignals terminationSignals;
+    QObject::connect(&terminationSignals, &TerminationSignals::terminationRequested, &application,
+                     quitInOrder);
     QObject::connect(&application, &QGuiApplication::commitDataRequest, &application,
                      [quitInOrder](QSessionManager &) { quitInOrder(); });
     QObject::connect(&application, &QCoreApplication::aboutToQuit, &application, [&controller] {
@@ -90,6 +109,17 @@ int main(int argc, char **argv) {
             controller.applicationWillTerminate();
         }
     });
+
+    SingleInstance singleInstance;
+    singleInstance.registerAsRunningInstance();
+    QObject::connect(&singleInstance, &SingleInstance::pathsReceived, &controller,
+                     [&controller, &windows](const QStringList &received) {
+                         for (const QString &path : received) {
+                             controller.openFile(path);
+                         }
+                         windows.mainWindow().raise();
+                         windows.mainWindow().activateWindow();
+                     });
 
     if (!paths.isEmpty()) {
         QList<QUrl> urls;
