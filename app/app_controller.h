@@ -9,6 +9,7 @@
 #include <QStringList>
 #include <QTimer>
 #include <QUrl>
+#include <chrono>
 #include <memory>
 #include <optional>
 
@@ -16,6 +17,8 @@
 #include "app/native_mode_player.h"
 #include "app/opened_items.h"
 #include "app/playlist.h"
+#include "app/seek_press_run.h"
+#include "app/transport_player.h"
 #include "app/user_interaction.h"
 #include "base/named_mutex.h"
 #include "base/notification_center.h"
@@ -189,9 +192,23 @@ public:
     void restorePlayRate();
     double finalCurrentTimeSecForFF() const;
     static QString representHMSfromSEC(double sec);
+    // The engine's "MYOpenGLLayerAudioCodecError", from any thread: queues
+    // alertWhenAudioDecodingError() on the main thread without waiting.
+    void alertWhenAudioDecodingErrorInOpenGLLayer();
+    void alertWhenAudioDecodingError();
+    // Whether previous (-1) or next (+1) would reach another item.
+    bool hasPlaylistItemInDirection(int direction) const;
+    // MPRIS Raise and Quit: the main window to the front; the same orderly
+    // end as the Quit menu.
+    void raiseMainWindow();
+    void requestQuit();
 
     // --- Window size, aspect ratio and full screen (app_controller_sizing.cpp)
     bool determineNaturalSizeRatio();
+    // After a successful load in either mode: the window takes the file's
+    // natural size (limited to the screen) unless determineNaturalSizeRatio()
+    // says the user's size for this kind of file stands.
+    void resizeWindowToLoadedFile();
     void changeWindowRatioTo(double ratio, const QString &name);
     // "SAR", "4:3", "16:9", "1.85:1", "2.35:1" or "2.40:1".
     void clickAspectRatioMenu(const QString &name);
@@ -226,7 +243,7 @@ public:
     qint32 playbackTimeMsec() const;
     const Playlist &playlist() const { return playlistState; }
 
-signals:
+Q_SIGNALS:
     void messageChanged(const QString &text);  // empty hides the message layer
     void fileNameChanged(const QString &name, bool isVisible);
     void loadingCircleChanged(bool isVisible);
@@ -247,6 +264,9 @@ signals:
     // Enter (with the picture's rectangle on the screen) or leave full screen.
     void fullScreenRequested(bool isFullScreen, const QRect &pictureRect);
     void quitRequested();
+    // --- Transport (app_controller_transport.cpp)
+    // The position jumped to `positionSec` (a seek press, a rewind).
+    void seeked(double positionSec);
 
 private:
     // --- State of the whole run (app_controller.cpp)
@@ -261,7 +281,7 @@ private:
     std::unique_ptr<ItemMoveBookkeeping> itemMoveBookkeeping;
     std::vector<ScopedObserver> observers;
 
-    NamedRecursiveMutex movieMutex{"movie"};
+    mutable NamedRecursiveMutex movieMutex{"movie"};
     NamedRecursiveMutex seekingMutex{"seeking"};
     NamedRecursiveMutex encodingMutex{"encoding"};
     NamedRecursiveMutex continueOpenMutex{"continueOpen"};
@@ -294,10 +314,25 @@ private:
     QSizeF naturalPictureSize{960.0, 540.0};
 
     // --- Transport state (app_controller_transport.cpp)
-    unsigned countPlay = 0;
-    float prevRate = 0.0f;
+    // The player of the decoding mode in force, or null while it has no file.
+    std::unique_ptr<TransportPlayer> activeTransportPlayer();
+    void seekPressWith(double targetSec, std::chrono::milliseconds restoreDelay);
+    void setVolumeOfActivePlayer(double volume);
+    // Shows `text` on the message layer for 1.5 s (counted by keyCountClick).
+    void showTransportMessage(const QString &text);
+    void changeCaptionDelayBy(qint32 deltaMsec);
+    void changeCaptionMarginBy(double delta);
+
+    SeekPressRun seekPressRun{seekingMutex};
     unsigned keyCountClick = 0;
-    double volumeSliderValue = 1.0;
+    double volumeSliderValue = 1.0;  // 0..5, 1 the normal level
+
+    // --- Window sizing (app_controller_sizing.cpp)
+    QRect visibleFrameOfMainScreen() const;
+    QRect fullFrameOfMainScreen() const;
+    QSize naturalSizeAtRatio() const;
+    void requestMainWindowFrame(const QRect &frame, bool showMessage);
+    void changeMainWindowSizeBy(int step);
 };
 
 }  // namespace tolvane

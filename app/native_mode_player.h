@@ -61,7 +61,7 @@ public:
     // The picture's size as it should be shown (pixel aspect applied).
     virtual QSize naturalSize() const = 0;
 
-signals:
+Q_SIGNALS:
     void loadFinished(const tolvane::NativeModePlayer::LoadResult &result);
     // Playback reached the end of the file.
     void endReached();

@@ -59,5 +59,21 @@
         <source>This subtitle file could not be read.</source>
         <translation>This subtitle file could not be read.</translation>
     </message>
+    <message id="FFADERROR">
+        <source>This audio track cannot be played</source>
+        <translation>This audio track cannot be played</translation>
+    </message>
+    <message id="FFADERRORCONT">
+        <source>FFmpeg has no decoder for its codec. The previous audio track keeps playing.</source>
+        <translation>FFmpeg has no decoder for its codec. The previous audio track keeps playing.</translation>
+    </message>
+    <message id="CAPTIONDELAY">
+        <source>Subtitle delay %1 s</source>
+        <translation>Subtitle delay %1 s</translation>
+    </message>
+    <message id="CAPTIONPOSITION">
+        <source>Subtitle position %1%</source>
+        <translation>Subtitle position %1%</translation>
+    </message>
 </context>
 </TS>

@@ -59,5 +59,21 @@
         <source>This subtitle file could not be read.</source>
         <translation>이 자막 파일을 읽을 수 없습니다.</translation>
     </message>
+    <message id="FFADERROR">
+        <source>This audio track cannot be played</source>
+        <translation>이 오디오 트랙은 재생할 수 없습니다</translation>
+    </message>
+    <message id="FFADERRORCONT">
+        <source>FFmpeg has no decoder for its codec. The previous audio track keeps playing.</source>
+        <translation>FFmpeg에 이 코덱의 디코더가 없습니다. 이전 오디오 트랙으로 계속 재생합니다.</translation>
+    </message>
+    <message id="CAPTIONDELAY">
+        <source>Subtitle delay %1 s</source>
+        <translation>자막 싱크 %1초</translation>
+    </message>
+    <message id="CAPTIONPOSITION">
+        <source>Subtitle position %1%</source>
+        <translation>자막 위치 %1%</translation>
+    </message>
 </context>
 </TS>
