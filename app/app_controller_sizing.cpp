@@ -14,13 +14,6 @@
 namespace tolvane {
 namespace {
 
-// UserDefaults holds only the table of keys; every access reads the settings
-// afresh, so this one sees what the rest of the controller writes.
-UserDefaults &userDefaults() {
-    static UserDefaults defaults;
-    return defaults;
-}
-
 // The view menu's ratio items: the name shown, checked and stored under
 // "AspectRatio", and the ratio; "SAR" is the picture's own.
 struct AspectRatioItem {
@@ -71,28 +64,27 @@ void AppController::requestMainWindowFrame(const QRect &frame, bool showMessage)
 }
 
 bool AppController::determineNaturalSizeRatio() {
-    const QSizeF oldNaturalSize = naturalPictureSize;
-    const double oldRatio = cRatio;
-    const QSize oldNaturalSizeAtRatio = naturalSizeAtRatio();
+    const QSize oldNaturalSizeAtRatio =
+        naturalSize(determinedNaturalSize, determinedRatio, visibleFrameOfMainScreen());
 
     QSizeF natural = kFallbackNaturalSize;
-    if (myGLLayer && myGLLayer->tracks().videotrack) {
+    NativeModePlayer *native = services.nativePlayer.get();
+    if (shownPictureMode == PictureMode::native && native && native->hasMedia()) {
+        natural = tolvane::naturalPictureSize(native->naturalSize().width(),
+                                              native->naturalSize().height());
+    } else if (myGLLayer && myGLLayer->tracks().videotrack) {
         const VideoTrack &video = *myGLLayer->tracks().videotrack;
         natural = tolvane::naturalPictureSize(video.width, video.height);
-    } else if (services.nativePlayer && services.nativePlayer->hasMedia()) {
-        const QSize size = services.nativePlayer->naturalSize();
-        natural = tolvane::naturalPictureSize(size.width(), size.height());
     }
     naturalPictureSize = natural;
     const AspectRatioItem *item =
-        aspectRatioItemNamed(userDefaults().value(QStringLiteral("AspectRatio")).toString());
-    if (!item || item->ratio == 0.0) {
-        cRatio = natural.width() / natural.height();
-    } else if (cRatio <= 0.0) {
-        cRatio = item->ratio;
-    }
-    return natural == oldNaturalSize && cRatio == oldRatio &&
-           frames[int(WindowKind::show)].size() != oldNaturalSizeAtRatio;
+        aspectRatioItemNamed(defaults->value(QStringLiteral("AspectRatio")).toString());
+    cRatio = !item || item->ratio == 0.0 ? natural.width() / natural.height() : item->ratio;
+
+    const bool isSame = natural == determinedNaturalSize && cRatio == determinedRatio;
+    determinedNaturalSize = natural;
+    determinedRatio = cRatio;
+    return isSame && frames[int(WindowKind::show)].size() != oldNaturalSizeAtRatio;
 }
 
 void AppController::resizeWindowToLoadedFile() {
@@ -102,7 +94,7 @@ void AppController::resizeWindowToLoadedFile() {
         }
         if (menu.isFullScreen) {
             const QRect full = fullFrameOfMainScreen();
-            Q_EMIT fullScreenRequested(true, fullViewRect(cRatio, full).translated(full.topLeft()));
+            Q_EMIT fullScreenRequested(true, fullViewRect(cRatio, full));
             return;
         }
         const QRect visible = visibleFrameOfMainScreen();
@@ -122,7 +114,7 @@ void AppController::changeWindowRatioTo(double ratio, const QString &name) {
         cRatio = ratio;
         if (menu.isFullScreen) {
             const QRect full = fullFrameOfMainScreen();
-            Q_EMIT fullScreenRequested(true, fullViewRect(cRatio, full).translated(full.topLeft()));
+            Q_EMIT fullScreenRequested(true, fullViewRect(cRatio, full));
         } else {
             requestMainWindowFrame(ratioChangedFrame(frames[int(WindowKind::show)], cRatio,
                                                      visibleFrameOfMainScreen()),
@@ -130,7 +122,7 @@ void AppController::changeWindowRatioTo(double ratio, const QString &name) {
         }
         menu.aspectRatioName = name;
         Q_EMIT menuStateChanged();
-        userDefaults().setValue(QStringLiteral("AspectRatio"), name);
+        defaults->setValue(QStringLiteral("AspectRatio"), name);
     } catch (const std::exception &error) {
         logException("cwrt:s", error.what());
     }
@@ -175,7 +167,6 @@ void AppController::clickDecreaseSizeMenu() {
     }
 }
 
-// The picture rectangle is given on the screen: the full frame's origin added.
 void AppController::clickFullScreen() {
     if (menu.isFullScreen) {
         leaveFullScreen();
@@ -183,8 +174,7 @@ void AppController::clickFullScreen() {
     }
     menu.isFullScreen = true;
     const QRect full = fullFrameOfMainScreen();
-    Q_EMIT fullScreenRequested(
-        true, fullViewRect(cRatio > 0.0 ? cRatio : 16.0 / 9.0, full).translated(full.topLeft()));
+    Q_EMIT fullScreenRequested(true, fullViewRect(cRatio > 0.0 ? cRatio : 16.0 / 9.0, full));
     Q_EMIT menuStateChanged();
 }
 
@@ -198,17 +188,16 @@ void AppController::leaveFullScreen() {
 }
 
 void AppController::clickAwesomeMenu() {
-    const int awesome = userDefaults().value(QStringLiteral("Awesome")).toInt() == 1 ? 0 : 1;
-    userDefaults().setValue(QStringLiteral("Awesome"), awesome);
+    const int awesome = defaults->value(QStringLiteral("Awesome")).toInt() == 1 ? 0 : 1;
+    defaults->setValue(QStringLiteral("Awesome"), awesome);
     menu.isAwesome = awesome == 1;
     Q_EMIT windowLevelChanged(menu.isAwesome);
     Q_EMIT menuStateChanged();
 }
 
 void AppController::clickAnotherDefaultColorMenu() {
-    const int another =
-        userDefaults().value(QStringLiteral("AnotherDefaultColor")).toInt() == 1 ? 0 : 1;
-    userDefaults().setValue(QStringLiteral("AnotherDefaultColor"), another);
+    const int another = defaults->value(QStringLiteral("AnotherDefaultColor")).toInt() == 1 ? 0 : 1;
+    defaults->setValue(QStringLiteral("AnotherDefaultColor"), another);
     menu.isAnotherDefaultColor = another == 1;
     Q_EMIT captionsNeedRedraw();
     Q_EMIT menuStateChanged();

@@ -28,13 +28,6 @@ constexpr qint32 kCaptionDelayStepMsec = 500;
 constexpr double kCaptionMarginStep = 0.01;
 constexpr double kCaptionMarginMaximum = 0.45;
 
-// UserDefaults holds only the table of keys; every access reads the settings
-// afresh, so this one sees what the rest of the controller writes.
-UserDefaults &userDefaults() {
-    static UserDefaults defaults;
-    return defaults;
-}
-
 QList<PlaylistStepItem> stepItemsOf(const Playlist &playlist) {
     QList<PlaylistStepItem> items;
     items.reserve(playlist.playList.size());
@@ -46,17 +39,17 @@ QList<PlaylistStepItem> stepItemsOf(const Playlist &playlist) {
 
 }  // namespace
 
+// The player whose pictures are shown: the mode a file was loaded in, even
+// when the decoding setting has changed since.
 std::unique_ptr<TransportPlayer> AppController::activeTransportPlayer() {
-    if (currentDecodingMode() == 0 && services.nativePlayer) {
-        if (!services.nativePlayer->hasMedia()) {
-            return nullptr;
-        }
-        return std::make_unique<NativeTransportPlayer>(*services.nativePlayer, movieMutex);
+    NativeModePlayer *native = services.nativePlayer.get();
+    if (shownPictureMode == PictureMode::native && native && native->hasMedia()) {
+        return std::make_unique<NativeTransportPlayer>(*native, movieMutex);
     }
-    if (!myGLLayer || !myGLLayer->isAlsoHaveMovie()) {
-        return nullptr;
+    if (shownPictureMode == PictureMode::ffmpeg && myGLLayer && myGLLayer->isAlsoHaveMovie()) {
+        return std::make_unique<EngineTransportPlayer>(*myGLLayer, movieMutex);
     }
-    return std::make_unique<EngineTransportPlayer>(*myGLLayer, movieMutex);
+    return nullptr;
 }
 
 double AppController::finalCurrentTimeSecForFF() const {
@@ -66,20 +59,6 @@ double AppController::finalCurrentTimeSecForFF() const {
 }
 
 QString AppController::representHMSfromSEC(double sec) { return tolvane::representHMSfromSEC(sec); }
-
-void AppController::showTransportMessage(const QString &text) {
-    if (!userDefaults().value(QStringLiteral("IsShowMessage")).toBool()) {
-        return;
-    }
-    ++keyCountClick;
-    Q_EMIT messageChanged(text);
-    // Only the last of overlapping messages hides the layer.
-    QTimer::singleShot(kMessageShownFor, this, [this] {
-        if (keyCountClick > 0 && --keyCountClick == 0) {
-            Q_EMIT messageChanged(QString());
-        }
-    });
-}
 
 void AppController::clickPlayPauseButton() {
     try {
@@ -127,7 +106,7 @@ void AppController::clickForwardMenu() {
         if (const auto player = activeTransportPlayer()) {
             const double target = forwardTargetSec(player->positionSec(), player->durationSec());
             seekPressWith(target, kKeySeekRestoreDelay);
-            showTransportMessage(representHMSfromSEC(target));
+            showMessage(representHMSfromSEC(target), kMessageShownFor);
         }
     } catch (const std::exception &error) {
         logException("cfm", error.what());
@@ -139,7 +118,7 @@ void AppController::clickBackwardMenu() {
         if (const auto player = activeTransportPlayer()) {
             const double target = backwardTargetSec(player->positionSec());
             seekPressWith(target, kKeySeekRestoreDelay);
-            showTransportMessage(representHMSfromSEC(target));
+            showMessage(representHMSfromSEC(target), kMessageShownFor);
         }
     } catch (const std::exception &error) {
         logException("cbm", error.what());
@@ -152,7 +131,7 @@ void AppController::clickSkipForwardMenu() {
             const double target =
                 skipForwardTargetSec(player->positionSec(), player->durationSec());
             seekPressWith(target, kKeySeekRestoreDelay);
-            showTransportMessage(representHMSfromSEC(target));
+            showMessage(representHMSfromSEC(target), kMessageShownFor);
         }
     } catch (const std::exception &error) {
         logException("csfm", error.what());
@@ -176,7 +155,7 @@ void AppController::seekPressTo(double targetSec) {
         if (const auto player = activeTransportPlayer()) {
             const double target = std::clamp(targetSec, 0.0, std::max(0.0, player->durationSec()));
             seekPressWith(target, kKeySeekRestoreDelay);
-            showTransportMessage(representHMSfromSEC(target));
+            showMessage(representHMSfromSEC(target), kMessageShownFor);
         }
     } catch (const std::exception &error) {
         logException("spt", error.what());
@@ -216,9 +195,9 @@ void AppController::setVolumeOfActivePlayer(double volume) {
 void AppController::clickVolumeUpMenu() {
     try {
         const double volume = volumeUp(volumeSliderValue);
-        userDefaults().setValue(QStringLiteral("Volume"), volume);
+        defaults->setValue(QStringLiteral("Volume"), volume);
         setVolumeOfActivePlayer(volume);
-        showTransportMessage(volumePercentageMessage(volume));
+        showMessage(volumePercentageMessage(volume), kMessageShownFor);
     } catch (const std::exception &error) {
         logException("cvum", error.what());
     }
@@ -227,9 +206,9 @@ void AppController::clickVolumeUpMenu() {
 void AppController::clickVolumeDownMenu() {
     try {
         const double volume = volumeDown(volumeSliderValue);
-        userDefaults().setValue(QStringLiteral("Volume"), volume);
+        defaults->setValue(QStringLiteral("Volume"), volume);
         setVolumeOfActivePlayer(volume);
-        showTransportMessage(volumePercentageMessage(volume));
+        showMessage(volumePercentageMessage(volume), kMessageShownFor);
     } catch (const std::exception &error) {
         logException("cvdm", error.what());
     }
@@ -238,7 +217,7 @@ void AppController::clickVolumeDownMenu() {
 void AppController::clickVolumeSlider(double value) {
     try {
         const double volume = std::clamp(roundedVolume(value), 0.0, kMaximumVolume);
-        userDefaults().setValue(QStringLiteral("Volume"), volume);
+        defaults->setValue(QStringLiteral("Volume"), volume);
         setVolumeOfActivePlayer(volume);
     } catch (const std::exception &error) {
         logException("cvs", error.what());
@@ -248,8 +227,8 @@ void AppController::clickVolumeSlider(double value) {
 // "Volume" is deliberately left alone: unmuting finds the old level there.
 void AppController::clickMuteButton() {
     try {
-        setVolumeOfActivePlayer(mutedVolume(
-            volumeSliderValue, userDefaults().value(QStringLiteral("Volume")).toDouble()));
+        setVolumeOfActivePlayer(
+            mutedVolume(volumeSliderValue, defaults->value(QStringLiteral("Volume")).toDouble()));
     } catch (const std::exception &error) {
         logException("cmb", error.what());
     }
@@ -257,8 +236,8 @@ void AppController::clickMuteButton() {
 
 void AppController::clickAutoPlayMenu() {
     try {
-        const int autoPlay = userDefaults().value(QStringLiteral("AutoPlay")).toInt() == 1 ? 0 : 1;
-        userDefaults().setValue(QStringLiteral("AutoPlay"), autoPlay);
+        const int autoPlay = defaults->value(QStringLiteral("AutoPlay")).toInt() == 1 ? 0 : 1;
+        defaults->setValue(QStringLiteral("AutoPlay"), autoPlay);
         menu.isAutoPlay = autoPlay == 1;
         Q_EMIT menuStateChanged();
     } catch (const std::exception &error) {
@@ -310,8 +289,9 @@ void AppController::changeCaptionDelayBy(qint32 deltaMsec) {
     Q_EMIT captionsNeedRedraw();
     const qint32 delayMsec = iSubtitle.fstDelay();
     if (delayMsec != subtitles::kUnsetSubtitleDelay) {
-        showTransportMessage(
-            localizedString("CAPTIONDELAY").arg(QString::number(delayMsec / 1000.0, 'f', 1)));
+        showMessage(
+            localizedString("CAPTIONDELAY").arg(QString::number(delayMsec / 1000.0, 'f', 1)),
+            kMessageShownFor);
     }
 }
 
@@ -335,12 +315,12 @@ void AppController::clickEarlyCaptionButton() {
 // of the picture's height, kept per font.
 void AppController::changeCaptionMarginBy(double delta) {
     const QString key = QStringLiteral("CaptionMargin2");
-    const double margin = std::clamp(userDefaults().valueForCPFSetting(key).toDouble() + delta, 0.0,
+    const double margin = std::clamp(defaults->valueForCPFSetting(key).toDouble() + delta, 0.0,
                                      kCaptionMarginMaximum);
-    userDefaults().saveValue(margin, key);
+    defaults->saveValue(margin, key);
     Q_EMIT captionsNeedRedraw();
-    showTransportMessage(
-        localizedString("CAPTIONPOSITION").arg(QString::number(margin * 100.0, 'f', 0)));
+    showMessage(localizedString("CAPTIONPOSITION").arg(QString::number(margin * 100.0, 'f', 0)),
+                kMessageShownFor);
 }
 
 void AppController::clickCaptionPositionUp() {
@@ -356,22 +336,6 @@ void AppController::clickCaptionPositionDown() {
         changeCaptionMarginBy(-kCaptionMarginStep);
     } catch (const std::exception &error) {
         logException("ccpd", error.what());
-    }
-}
-
-void AppController::alertWhenAudioDecodingErrorInOpenGLLayer() {
-    QMetaObject::invokeMethod(this, &AppController::alertWhenAudioDecodingError,
-                              Qt::QueuedConnection);
-}
-
-void AppController::alertWhenAudioDecodingError() {
-    try {
-        if (services.userInteraction) {
-            services.userInteraction->showAlert(localizedString("FFADERROR"),
-                                                localizedString("FFADERRORCONT"));
-        }
-    } catch (const std::exception &error) {
-        logException("awade", error.what());
     }
 }
 
