@@ -5,7 +5,9 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QJsonArray>
 #include <QSettings>
+#include <QTemporaryDir>
 
 #include "app/bookmarks.h"
 #include "app/open_result_message.h"
@@ -15,6 +17,7 @@
 #include "app_test_support.h"
 #include "engine/my_ca_opengl_layer.h"
 #include "scripted_services.h"
+#include "support/probe_runner.h"
 #include "support/qt_printers.h"
 #include "support/test_media.h"
 
@@ -99,6 +102,29 @@ TEST_F(ControllerTest, FirstLaunchStartsFromTheDefaultsAndAnEmptyQuitStoresOnlyF
               requestedFrames.first().second);
     EXPECT_EQ(storedSetting("PlaylistWindowFrameDual2"), QVariant(" "));
     EXPECT_FALSE(openTolvaneSettings()->contains("QZRTotalFdFlsData"));
+}
+
+TEST_F(ControllerTest, QuittingWhilePlayingStoresThePositionThatTheProbeReads) {
+    setSetting("AutoPlay", 0);
+    AppController &c = launch();
+    const QString film = copyMedia("h264_aac_8s.mkv", "film.mkv").toLocalFile();
+    c.openFile(film);
+    c.engine().setCurrentTimeSec(3.0, true);
+    c.engine().restartTimers();
+    c.applicationWillTerminate();
+
+    // Only --config can lead the probe to this test's settings.
+    QTemporaryDir elsewhere;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("XDG_CONFIG_HOME", elsewhere.path());
+    const QString configHome = QFileInfo(openTolvaneSettings()->fileName()).path() + "/..";
+    const test::ProbeRun run = test::runProbe({"records", "--config", configHome}, environment);
+    ASSERT_EQ(run.exitCode, 0) << run.standardOutput.toStdString();
+    const QJsonObject stored = run.json["QZRTotalFdFlsData"]["ttfile"].toObject()[film].toObject();
+    EXPECT_NEAR(stored["ctime"].toDouble(), 3.0, 0.1);
+    EXPECT_EQ(stored["caudio"].toInt(), -100);
+    EXPECT_EQ(run.json["QZRRecentFdFlsData"]["rcvideo"][0]["absolute"].toString(), film);
+    EXPECT_FALSE(run.json["QZRRecentIsFolder"].toBool(true));
 }
 
 TEST_F(ControllerTest, StoredStateIsRestoredAndAFrameOffEveryScreenIsPulledBack) {
