@@ -19,6 +19,8 @@
 #include "app/native_mode_player.h"
 #include "app/opened_items.h"
 #include "app/playlist.h"
+#include "app/seek_press_run.h"
+#include "app/transport_player.h"
 #include "app/user_interaction.h"
 #include "base/named_mutex.h"
 #include "base/notification_center.h"
@@ -213,9 +215,19 @@ public:
     void restorePlayRate();
     double finalCurrentTimeSecForFF() const;
     static QString representHMSfromSEC(double sec);
+    // Whether previous (-1) or next (+1) would reach another item.
+    bool hasPlaylistItemInDirection(int direction) const;
+    // MPRIS Raise and Quit: the main window to the front; the same orderly
+    // end as the Quit menu.
+    void raiseMainWindow();
+    void requestQuit();
 
     // --- Window size, aspect ratio and full screen (app_controller_sizing.cpp)
     bool determineNaturalSizeRatio();
+    // After a successful load in either mode: the window takes the file's
+    // natural size (limited to the screen) unless determineNaturalSizeRatio()
+    // says the user's size for this kind of file stands.
+    void resizeWindowToLoadedFile();
     void changeWindowRatioTo(double ratio, const QString &name);
     // "SAR", "4:3", "16:9", "1.85:1", "2.35:1" or "2.40:1".
     void clickAspectRatioMenu(const QString &name);
@@ -268,9 +280,13 @@ Q_SIGNALS:
     void windowVisibilityRequested(tolvane::WindowKind window, bool isVisible);
     // Move and size a window; `showMessage` announces the new size.
     void windowFrameRequested(tolvane::WindowKind window, const QRect &frame, bool showMessage);
-    // Enter (with the picture's rectangle on the screen) or leave full screen.
+    // Enter (with the picture's rectangle in the full-screen window) or leave
+    // full screen.
     void fullScreenRequested(bool isFullScreen, const QRect &pictureRect);
     void quitRequested();
+    // --- Transport (app_controller_transport.cpp)
+    // The position jumped to `positionSec` (a seek press, a rewind).
+    void seeked(double positionSec);
 
 private:
     // --- Start-up and shutdown (app_controller.cpp)
@@ -329,7 +345,7 @@ private:
     std::unique_ptr<ItemMoveBookkeeping> itemMoveBookkeeping;
     std::vector<ScopedObserver> observers;
 
-    NamedRecursiveMutex movieMutex{"movie"};
+    mutable NamedRecursiveMutex movieMutex{"movie"};
     NamedRecursiveMutex seekingMutex{"seeking"};
     NamedRecursiveMutex encodingMutex{"encoding"};
     NamedRecursiveMutex continueOpenMutex{"continueOpen"};
@@ -374,10 +390,26 @@ private:
     mutable QHash<QString, double> durationSecByPath;  // guarded by displayCellMutex
 
     // --- Transport state (app_controller_transport.cpp)
-    unsigned countPlay = 0;
-    float prevRate = 0.0f;
-    unsigned keyCountClick = 0;
-    double volumeSliderValue = 1.0;
+    // The player of the decoding mode in force, or null while it has no file.
+    std::unique_ptr<TransportPlayer> activeTransportPlayer();
+    void seekPressWith(double targetSec, std::chrono::milliseconds restoreDelay);
+    void setVolumeOfActivePlayer(double volume);
+    void changeCaptionDelayBy(qint32 deltaMsec);
+    void changeCaptionMarginBy(double delta);
+
+    SeekPressRun seekPressRun{seekingMutex};
+    double volumeSliderValue = 1.0;  // 0..5, 1 the normal level
+
+    // --- Window sizing (app_controller_sizing.cpp)
+    QRect visibleFrameOfMainScreen() const;
+    QRect fullFrameOfMainScreen() const;
+    QSize naturalSizeAtRatio() const;
+    void requestMainWindowFrame(const QRect &frame, bool showMessage);
+    void changeMainWindowSizeBy(int step);
+    // What the last determineNaturalSizeRatio() found: the loaders set
+    // naturalPictureSize themselves, so the comparison keeps its own copy.
+    QSizeF determinedNaturalSize;
+    double determinedRatio = 0.0;
 };
 
 }  // namespace tolvane

@@ -158,7 +158,7 @@ void AppController::finallyLoadMovieFileForNT(const NativeModePlayer::LoadResult
     movieTimer.start();
     Q_EMIT inspectorChanged();
     Q_EMIT transportChanged();
-    determineNaturalSizeRatio();
+    resizeWindowToLoadedFile();
 }
 
 }  // namespace tolvane

@@ -268,7 +268,7 @@ void AppController::loadMovieFileForFF(const QUrl &url) {
     isAutoPlayed = true;
     movieTimer.start();
     Q_EMIT inspectorChanged();
-    determineNaturalSizeRatio();
+    resizeWindowToLoadedFile();
 }
 
 void AppController::reloadSubtitle(const QUrl &videoURL) {

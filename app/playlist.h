@@ -23,6 +23,10 @@ struct PlaylistItem {
     SubtitleDelayDic playDelay;
     bool playDone = false;
     quint64 playSize = 0;
+    // A Blu-ray stream file far smaller than the disc's largest (a menu, a
+    // trailer, a logo): the original's "!" in playSize. Listed, but previous
+    // and next step over it.
+    bool isSkipped = false;
 };
 
 // The state of the item to load now, restored into the player after a load.

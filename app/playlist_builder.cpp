@@ -1,6 +1,8 @@
 #include "playlist_builder.h"
 
 #include <QFileInfo>
+#include <QHash>
+#include <algorithm>
 #include <exception>
 
 #include "base/log.h"
@@ -49,6 +51,29 @@ PlaylistBuilder::PlaylistBuilder(Playlist &playlist_, OpenedItems &openedItems_,
                                  MoreFilesQuestion &question_)
     : playlist(playlist_), openedItems(openedItems_), question(question_) {}
 
+void markSmallBlurayStreamFiles(QList<PlaylistItem> &items) {
+    const auto streamFolderOf = [](const PlaylistItem &item) {
+        const QString path = item.url.toLocalFile();
+        return path.contains(QLatin1String("/BDMV/STREAM/"), Qt::CaseInsensitive)
+                   ? QFileInfo(path).path()
+                   : QString();
+    };
+    QHash<QString, qint64> largestOfDisc;
+    QList<qint64> sizes;
+    sizes.reserve(items.size());
+    for (const PlaylistItem &item : items) {
+        const QString folder = streamFolderOf(item);
+        sizes.append(folder.isEmpty() ? 0 : QFileInfo(item.url.toLocalFile()).size());
+        if (!folder.isEmpty()) {
+            largestOfDisc[folder] = std::max(largestOfDisc.value(folder), sizes.last());
+        }
+    }
+    for (qsizetype i = 0; i < items.size(); ++i) {
+        const QString folder = streamFolderOf(items[i]);
+        items[i].isSkipped = !folder.isEmpty() && sizes[i] * 10 < largestOfDisc.value(folder);
+    }
+}
+
 void PlaylistBuilder::fillPlaylist(const QList<QUrl> &urls, const TotalFdFlsData &total,
                                    const QUrl &currentURL, bool isFolder) {
     playlist.cleanAndAllocPlayBeforeRestoring();
@@ -61,6 +86,7 @@ void PlaylistBuilder::fillPlaylist(const QList<QUrl> &urls, const TotalFdFlsData
         playlist.playList.append(PlaylistItem{url, saved.ctime, saved.caudio, saved.csubtitleidxs,
                                               saved.cdelaydic, saved.cdone, saved.fsize});
     }
+    markSmallBlurayStreamFiles(playlist.playList);
     if (playlist.playList.isEmpty()) {
         playlist.reOpen = ReOpenFields{};
     } else {

@@ -8,6 +8,7 @@ namespace tolvane {
 class OpenedItems;
 class PlayedStateRecords;
 struct Playlist;
+struct PlaylistItem;
 struct TotalFdFlsData;
 
 // The offer made when a reopened file's or folder's folder now holds videos
@@ -27,6 +28,11 @@ public:
 // folders ("QZRRecentIsFolder"). Items are in Finder order. A folder that cannot
 // be listed gives no items; vanished files are left out.
 // Thread-safety: main thread only.
+// Marks the stream files of a Blu-ray disc ("/BDMV/STREAM", any case) that
+// are smaller than a tenth of the same disc's largest: menus, trailers and
+// logos, which previous and next step over while the playlist lists them.
+void markSmallBlurayStreamFiles(QList<PlaylistItem> &items);
+
 class PlaylistBuilder {
 public:
     PlaylistBuilder(Playlist &playlist, OpenedItems &openedItems, MoreFilesQuestion &question);

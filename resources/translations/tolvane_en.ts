@@ -175,5 +175,13 @@
         <source>It was on a read-only disk that is not available now. Insert the disk and open the file from it.</source>
         <translation>It was on a read-only disk that is not available now. Insert the disk and open the file from it.</translation>
     </message>
+    <message id="CAPTIONDELAY">
+        <source>Subtitle delay %1 s</source>
+        <translation>Subtitle delay %1 s</translation>
+    </message>
+    <message id="CAPTIONPOSITION">
+        <source>Subtitle position %1%</source>
+        <translation>Subtitle position %1%</translation>
+    </message>
 </context>
 </TS>

@@ -175,5 +175,13 @@
         <source>It was on a read-only disk that is not available now. Insert the disk and open the file from it.</source>
         <translation>지금 연결되지 않은 읽기 전용 디스크에 있던 파일입니다. 디스크를 연결한 뒤 파일을 여세요.</translation>
     </message>
+    <message id="CAPTIONDELAY">
+        <source>Subtitle delay %1 s</source>
+        <translation>자막 싱크 %1초</translation>
+    </message>
+    <message id="CAPTIONPOSITION">
+        <source>Subtitle position %1%</source>
+        <translation>자막 위치 %1%</translation>
+    </message>
 </context>
 </TS>

@@ -110,6 +110,26 @@ TEST_F(PlaylistBuilding, FirstOpeningsBuildTheirPlaylists) {
     EXPECT_TRUE(question.askedCounts.isEmpty());
 }
 
+TEST_F(PlaylistBuilding, MarksBlurayStreamsFarSmallerThanTheDiscsLargest) {
+    const QByteArray title(1000, 'x');
+    tree.touch("disc/BDMV/STREAM/00001.m2ts", title.left(99));  // under a tenth: a menu
+    tree.touch("disc/BDMV/STREAM/00002.m2ts", title);
+    tree.touch("disc/BDMV/STREAM/00003.m2ts", title.left(100));  // exactly a tenth stays
+    tree.touch("other/BDMV/STREAM/00001.m2ts", title.left(50));  // another disc, its own largest
+    tree.touch("other/BDMV/STREAM/00002.m2ts", title.left(60));
+    tree.touch("show/tiny.mkv", title.left(1));  // outside a disc nothing is marked
+    tree.touch("show/big.mkv", title);
+    ASSERT_EQ(open({"disc", "other", "show"}), OpeningOutcome::playlistBuilt);
+    QStringList skipped;
+    for (const PlaylistItem &item : playlist.playList) {
+        if (item.isSkipped) {
+            skipped.append(nameOf(item.url));
+        }
+    }
+    EXPECT_EQ(skipped, QStringList({"disc/BDMV/STREAM/00001.m2ts"}));
+    EXPECT_EQ(playlist.playList.size(), 7);
+}
+
 TEST_F(PlaylistBuilding, SortsWhatWasOpenedAndKeepsSubtitlesAcrossOpens) {
     touch({"a.SRT", "b.smi", "c.doc"});
     EXPECT_EQ(open({"a.SRT", "c.doc", "missing.mkv"}), OpeningOutcome::nothingToOpen);

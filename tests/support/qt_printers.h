@@ -2,6 +2,9 @@
 
 // Lets GoogleTest print Qt values readably on both sides of a failed assertion.
 
+#include <QPoint>
+#include <QRect>
+#include <QSize>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -21,4 +24,17 @@ inline void PrintTo(const QStringList &values, std::ostream *out) {
 
 inline void PrintTo(const QVariant &value, std::ostream *out) {
     *out << value.typeName() << '(' << value.toString().toStdString() << ')';
+}
+
+inline void PrintTo(const QSize &value, std::ostream *out) {
+    *out << value.width() << 'x' << value.height();
+}
+
+inline void PrintTo(const QPoint &value, std::ostream *out) {
+    *out << '(' << value.x() << ", " << value.y() << ')';
+}
+
+inline void PrintTo(const QRect &value, std::ostream *out) {
+    *out << value.width() << 'x' << value.height() << " at (" << value.x() << ", " << value.y()
+         << ')';
 }

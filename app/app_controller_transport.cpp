@@ -1,0 +1,346 @@
+// The transport controls of AppController: play and pause, the seek presses
+// and their coalescing, volume and mute, auto-play, previous and next file,
+// the caption delay and position buttons. Main thread only.
+
+#include <QMetaObject>
+#include <algorithm>
+#include <exception>
+
+#include "app/app_controller.h"
+#include "app/transport_rules.h"
+#include "app/user_defaults.h"
+#include "base/localized_strings.h"
+#include "base/log.h"
+#include "engine/my_ca_opengl_layer.h"
+
+namespace tolvane {
+namespace {
+
+using std::chrono::milliseconds;
+
+// Keyboard seeks resume a moment after the last press, so that a held key
+// moves picture by picture; the time slider resumes at the next turn of the
+// event loop, once the drag has delivered its value.
+constexpr milliseconds kKeySeekRestoreDelay{100};
+constexpr milliseconds kSliderSeekRestoreDelay{0};
+constexpr milliseconds kMessageShownFor{1500};
+constexpr qint32 kCaptionDelayStepMsec = 500;
+constexpr double kCaptionMarginStep = 0.01;
+constexpr double kCaptionMarginMaximum = 0.45;
+
+QList<PlaylistStepItem> stepItemsOf(const Playlist &playlist) {
+    QList<PlaylistStepItem> items;
+    items.reserve(playlist.playList.size());
+    for (const PlaylistItem &item : playlist.playList) {
+        items.append({item.url.toLocalFile(), item.isSkipped});
+    }
+    return items;
+}
+
+}  // namespace
+
+// The player whose pictures are shown: the mode a file was loaded in, even
+// when the decoding setting has changed since.
+std::unique_ptr<TransportPlayer> AppController::activeTransportPlayer() {
+    NativeModePlayer *native = services.nativePlayer.get();
+    if (shownPictureMode == PictureMode::native && native && native->hasMedia()) {
+        return std::make_unique<NativeTransportPlayer>(*native, movieMutex);
+    }
+    if (shownPictureMode == PictureMode::ffmpeg && myGLLayer && myGLLayer->isAlsoHaveMovie()) {
+        return std::make_unique<EngineTransportPlayer>(*myGLLayer, movieMutex);
+    }
+    return nullptr;
+}
+
+double AppController::finalCurrentTimeSecForFF() const {
+    NamedLockGuard lock(movieMutex);
+    return myGLLayer ? shownPositionSec(myGLLayer->currentTimeSec(), myGLLayer->startTimeSec())
+                     : 0.0;
+}
+
+QString AppController::representHMSfromSEC(double sec) { return tolvane::representHMSfromSEC(sec); }
+
+void AppController::clickPlayPauseButton() {
+    try {
+        Q_EMIT messageChanged(QString());
+        const std::unique_ptr<TransportPlayer> player = activeTransportPlayer();
+        if (!player) {
+            Q_EMIT transportChanged();
+            reOpenFile();
+            return;
+        }
+        if (player->rate() == 0.0) {
+            if (isRewindBeforePlay(player->positionSec(), player->durationSec(), isEndForFF)) {
+                player->rewind();
+                Q_EMIT seeked(0.0);
+            }
+            isEndForFF = false;
+            player->setRate(1.0);
+        } else {
+            player->setRate(0.0);
+        }
+        Q_EMIT transportChanged();
+    } catch (const std::exception &error) {
+        logException("cppb", error.what());
+    }
+}
+
+void AppController::seekPressWith(double targetSec, milliseconds restoreDelay) {
+    const std::unique_ptr<TransportPlayer> player = activeTransportPlayer();
+    if (!player) {
+        return;
+    }
+    const double durationSec = player->durationSec();
+    seekPressRun.pressTo(*player, targetSec);
+    iSubtitle.resetSortedIdx();
+    if (durationSec > 0.0) {
+        currentPlayPercentage = targetSec / durationSec;
+    }
+    Q_EMIT seeked(targetSec);
+    Q_EMIT transportChanged();
+    QTimer::singleShot(restoreDelay, this, &AppController::restorePlayRate);
+}
+
+void AppController::clickForwardMenu() {
+    try {
+        if (const auto player = activeTransportPlayer()) {
+            const double target = forwardTargetSec(player->positionSec(), player->durationSec());
+            seekPressWith(target, kKeySeekRestoreDelay);
+            showMessage(representHMSfromSEC(target), kMessageShownFor);
+        }
+    } catch (const std::exception &error) {
+        logException("cfm", error.what());
+    }
+}
+
+void AppController::clickBackwardMenu() {
+    try {
+        if (const auto player = activeTransportPlayer()) {
+            const double target = backwardTargetSec(player->positionSec());
+            seekPressWith(target, kKeySeekRestoreDelay);
+            showMessage(representHMSfromSEC(target), kMessageShownFor);
+        }
+    } catch (const std::exception &error) {
+        logException("cbm", error.what());
+    }
+}
+
+void AppController::clickSkipForwardMenu() {
+    try {
+        if (const auto player = activeTransportPlayer()) {
+            const double target =
+                skipForwardTargetSec(player->positionSec(), player->durationSec());
+            seekPressWith(target, kKeySeekRestoreDelay);
+            showMessage(representHMSfromSEC(target), kMessageShownFor);
+        }
+    } catch (const std::exception &error) {
+        logException("csfm", error.what());
+    }
+}
+
+void AppController::clickTimeSlider(double targetSec) {
+    try {
+        if (const auto player = activeTransportPlayer()) {
+            Q_EMIT messageChanged(QString());
+            seekPressWith(std::clamp(targetSec, 0.0, std::max(0.0, player->durationSec())),
+                          kSliderSeekRestoreDelay);
+        }
+    } catch (const std::exception &error) {
+        logException("cts", error.what());
+    }
+}
+
+void AppController::seekPressTo(double targetSec) {
+    try {
+        if (const auto player = activeTransportPlayer()) {
+            const double target = std::clamp(targetSec, 0.0, std::max(0.0, player->durationSec()));
+            seekPressWith(target, kKeySeekRestoreDelay);
+            showMessage(representHMSfromSEC(target), kMessageShownFor);
+        }
+    } catch (const std::exception &error) {
+        logException("spt", error.what());
+    }
+}
+
+void AppController::restorePlayRate() {
+    try {
+        const std::unique_ptr<TransportPlayer> player = activeTransportPlayer();
+        if (!player) {
+            seekPressRun.forgetRun();
+            return;
+        }
+        if (seekPressRun.restorePlayRate(*player)) {
+            Q_EMIT transportChanged();
+        }
+        const double durationSec = player->durationSec();
+        if (durationSec > 0.0) {
+            currentPlayPercentage = player->positionSec() / durationSec;
+        }
+        if (menu.isPlaylistShown) {
+            Q_EMIT playlistChanged();
+        }
+    } catch (const std::exception &error) {
+        logException("rpr", error.what());
+    }
+}
+
+void AppController::setVolumeOfActivePlayer(double volume) {
+    volumeSliderValue = std::clamp(volume, 0.0, kMaximumVolume);
+    if (const auto player = activeTransportPlayer()) {
+        player->setVolume(float(volumeSliderValue));
+    }
+    Q_EMIT transportChanged();
+}
+
+void AppController::clickVolumeUpMenu() {
+    try {
+        const double volume = volumeUp(volumeSliderValue);
+        defaults->setValue(QStringLiteral("Volume"), volume);
+        setVolumeOfActivePlayer(volume);
+        showMessage(volumePercentageMessage(volume), kMessageShownFor);
+    } catch (const std::exception &error) {
+        logException("cvum", error.what());
+    }
+}
+
+void AppController::clickVolumeDownMenu() {
+    try {
+        const double volume = volumeDown(volumeSliderValue);
+        defaults->setValue(QStringLiteral("Volume"), volume);
+        setVolumeOfActivePlayer(volume);
+        showMessage(volumePercentageMessage(volume), kMessageShownFor);
+    } catch (const std::exception &error) {
+        logException("cvdm", error.what());
+    }
+}
+
+void AppController::clickVolumeSlider(double value) {
+    try {
+        const double volume = std::clamp(roundedVolume(value), 0.0, kMaximumVolume);
+        defaults->setValue(QStringLiteral("Volume"), volume);
+        setVolumeOfActivePlayer(volume);
+    } catch (const std::exception &error) {
+        logException("cvs", error.what());
+    }
+}
+
+// "Volume" is deliberately left alone: unmuting finds the old level there.
+void AppController::clickMuteButton() {
+    try {
+        setVolumeOfActivePlayer(
+            mutedVolume(volumeSliderValue, defaults->value(QStringLiteral("Volume")).toDouble()));
+    } catch (const std::exception &error) {
+        logException("cmb", error.what());
+    }
+}
+
+void AppController::clickAutoPlayMenu() {
+    try {
+        const int autoPlay = defaults->value(QStringLiteral("AutoPlay")).toInt() == 1 ? 0 : 1;
+        defaults->setValue(QStringLiteral("AutoPlay"), autoPlay);
+        menu.isAutoPlay = autoPlay == 1;
+        Q_EMIT menuStateChanged();
+    } catch (const std::exception &error) {
+        logException("capm", error.what());
+    }
+}
+
+bool AppController::hasPlaylistItemInDirection(int direction) const {
+    const int index = playlistState.indexPlay;
+    return !playlistState.isEmpty() &&
+           steppedPlaylistIndex(stepItemsOf(playlistState), index, direction) != index;
+}
+
+void AppController::clickPrevFileButton() {
+    try {
+        if (!hasPlaylistItemInDirection(-1)) {
+            return;
+        }
+        playlistState.indexPlay =
+            steppedPlaylistIndex(stepItemsOf(playlistState), playlistState.indexPlay, -1);
+        seekPressRun.forgetRun();
+        isDoubleClickedPlayList = true;
+        continueOpenFile();
+    } catch (const std::exception &error) {
+        logException("cpfb", error.what());
+    }
+}
+
+void AppController::clickNextFileButton() {
+    try {
+        if (!hasPlaylistItemInDirection(+1)) {
+            return;
+        }
+        playlistState.indexPlay =
+            steppedPlaylistIndex(stepItemsOf(playlistState), playlistState.indexPlay, +1);
+        seekPressRun.forgetRun();
+        isDoubleClickedPlayList = true;
+        continueOpenFile();
+    } catch (const std::exception &error) {
+        logException("cnfb", error.what());
+    }
+}
+
+// Both shown tracks move together; the message names the first track's delay.
+void AppController::changeCaptionDelayBy(qint32 deltaMsec) {
+    iSubtitle.delayPlus(deltaMsec);
+    iSubtitle.resetSortedIdx();
+    Q_EMIT inspectorChanged();
+    Q_EMIT captionsNeedRedraw();
+    const qint32 delayMsec = iSubtitle.fstDelay();
+    if (delayMsec != subtitles::kUnsetSubtitleDelay) {
+        showMessage(
+            localizedString("CAPTIONDELAY").arg(QString::number(delayMsec / 1000.0, 'f', 1)),
+            kMessageShownFor);
+    }
+}
+
+void AppController::clickLaterCaptionButton() {
+    try {
+        changeCaptionDelayBy(kCaptionDelayStepMsec);
+    } catch (const std::exception &error) {
+        logException("clcb", error.what());
+    }
+}
+
+void AppController::clickEarlyCaptionButton() {
+    try {
+        changeCaptionDelayBy(-kCaptionDelayStepMsec);
+    } catch (const std::exception &error) {
+        logException("cecb", error.what());
+    }
+}
+
+// The margin is the captions' distance from the picture's edge, a fraction
+// of the picture's height, kept per font.
+void AppController::changeCaptionMarginBy(double delta) {
+    const QString key = QStringLiteral("CaptionMargin2");
+    const double margin = std::clamp(defaults->valueForCPFSetting(key).toDouble() + delta, 0.0,
+                                     kCaptionMarginMaximum);
+    defaults->saveValue(margin, key);
+    Q_EMIT captionsNeedRedraw();
+    showMessage(localizedString("CAPTIONPOSITION").arg(QString::number(margin * 100.0, 'f', 0)),
+                kMessageShownFor);
+}
+
+void AppController::clickCaptionPositionUp() {
+    try {
+        changeCaptionMarginBy(kCaptionMarginStep);
+    } catch (const std::exception &error) {
+        logException("ccpu", error.what());
+    }
+}
+
+void AppController::clickCaptionPositionDown() {
+    try {
+        changeCaptionMarginBy(-kCaptionMarginStep);
+    } catch (const std::exception &error) {
+        logException("ccpd", error.what());
+    }
+}
+
+void AppController::raiseMainWindow() { Q_EMIT windowVisibilityRequested(WindowKind::show, true); }
+
+void AppController::requestQuit() { Q_EMIT quitRequested(); }
+
+}  // namespace tolvane
