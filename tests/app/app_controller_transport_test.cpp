@@ -1,0 +1,186 @@
+#include <gtest/gtest.h>
+
+#include <QFileInfo>
+
+#include "app/user_defaults.h"
+#include "controller_harness.h"
+#include "engine/my_ca_opengl_layer.h"
+#include "support/qt_printers.h"
+
+namespace tolvane {
+namespace {
+
+class ControllerTransport : public ::testing::Test {
+protected:
+    void SetUp() override {
+        harness.open({"long_h264_aac.mkv"});
+        ASSERT_EQ(controller().pictureMode(), PictureMode::ffmpeg);
+        collectSeekTargets();
+    }
+    AppController &controller() { return *harness.controller; }
+    MyCAOpenGLLayer &engine() { return controller().engine(); }
+    double position() { return controller().transportState().positionSec; }
+    void collectSeekTargets() {
+        QObject::connect(&controller(), &AppController::seeked,
+                         [this](double sec) { seekTargets.append(sec); });
+    }
+    // Puts the player at `sec`, paused, with no run of seeks pending.
+    void pauseAt(double sec) {
+        if (engine().rate() != 0.0) {
+            controller().clickPlayPauseButton();
+        }
+        controller().clickTimeSlider(sec);
+        controller().restorePlayRate();
+    }
+
+    test::ControllerHarness harness{QRect(0, 0, 1280, 800)};
+    QList<double> seekTargets;
+};
+
+TEST_F(ControllerTransport, HoldingForwardPausesOnceAndResumesAtTheOldRate) {
+    pauseAt(1.0);
+    controller().clickPlayPauseButton();
+    ASSERT_EQ(engine().rate(), 1.0);
+    for (int press = 1; press <= 3; ++press) {
+        const double before = position();
+        controller().clickForwardMenu();
+        EXPECT_EQ(engine().rate(), 0.0) << press;
+        EXPECT_DOUBLE_EQ(seekTargets.last(), before + 3.0) << press;
+        EXPECT_EQ(harness.messages.last(), AppController::representHMSfromSEC(before + 3.0));
+    }
+    controller().restorePlayRate();
+    controller().restorePlayRate();
+    EXPECT_EQ(engine().rate(), 0.0) << "a press is still pending";
+    controller().restorePlayRate();
+    EXPECT_EQ(engine().rate(), 1.0);
+}
+
+TEST_F(ControllerTransport, SeeksStayInsideTheFile) {
+    const double duration = engine().fileDurationSec();
+    const struct {
+        const char *name;
+        double from;
+        void (AppController::*press)();
+        double expected;  // from the position reached before the press; < 0: 3 s on
+    } cases[] = {
+        {"backward near the start stops at 0", 1.0, &AppController::clickBackwardMenu, 0.0},
+        {"forward", 2.0, &AppController::clickForwardMenu, -1.0},
+        {"skip past the end lands 5 s before it", 2.0, &AppController::clickSkipForwardMenu,
+         duration - 5.0},
+    };
+    for (const auto &c : cases) {
+        pauseAt(c.from);
+        const double before = position();
+        (controller().*c.press)();
+        controller().restorePlayRate();
+        EXPECT_DOUBLE_EQ(seekTargets.last(), c.expected < 0.0 ? before + 3.0 : c.expected)
+            << c.name;
+        EXPECT_EQ(engine().rate(), 0.0) << c.name << ": paused before, paused after";
+    }
+}
+
+TEST(ControllerTransportAtTheEnd, PlayAtTheEndStartsAgainFromTheBeginning) {
+    test::ControllerHarness harness(QRect(0, 0, 1280, 800));
+    AppController &controller = *harness.controller;
+    harness.open({"h264_aac.mkv"});
+    ASSERT_TRUE(controller.transportState().isPlaying);
+    // The movie timer notices the end while the event loop runs.
+    ASSERT_TRUE(test::processEventsUntil([&controller] {
+        return !controller.transportState().isPlaying;
+    })) << "the 2 s file never ended";
+    QList<double> seekTargets;
+    QObject::connect(&controller, &AppController::seeked,
+                     [&seekTargets](double sec) { seekTargets.append(sec); });
+    controller.clickPlayPauseButton();
+    EXPECT_TRUE(controller.transportState().isPlaying);
+    EXPECT_EQ(seekTargets, QList<double>({0.0}));
+    EXPECT_LT(controller.transportState().positionSec, 0.5);
+}
+
+TEST_F(ControllerTransport, VolumeKeysRoundClampAndMuteKeepsTheStoredLevel) {
+    UserDefaults defaults;
+    controller().clickVolumeSlider(4.87);
+    EXPECT_EQ(controller().transportState().volume, 4.9);
+    controller().clickVolumeUpMenu();
+    controller().clickVolumeUpMenu();
+    EXPECT_EQ(controller().transportState().volume, 5.0);
+    EXPECT_EQ(defaults.value("Volume").toDouble(), 5.0);
+    EXPECT_EQ(harness.messages.last(), QStringLiteral("100"));
+    EXPECT_FLOAT_EQ(engine().volume(), 5.0f);
+
+    controller().clickMuteButton();
+    EXPECT_EQ(controller().transportState().volume, 0.0);
+    EXPECT_EQ(engine().volume(), 0.0f);
+    EXPECT_EQ(defaults.value("Volume").toDouble(), 5.0) << "mute leaves the stored level";
+    controller().clickMuteButton();
+    EXPECT_EQ(controller().transportState().volume, 5.0);
+}
+
+TEST(ControllerSizing, OpeningSizesTheWindowToTheFileOnA1280x800Screen) {
+    test::ControllerHarness harness(QRect(0, 0, 1280, 800));
+    const struct {
+        const char *fixture;
+        QSize expected;
+    } cases[] = {
+        {"h264_aac.mkv", {640, 480}},      // 320 x 240: the 640 minimum
+        {"h264_640x360.mkv", {640, 360}},  // at the minimum already
+    };
+    for (const auto &c : cases) {
+        harness.requestedFrames.clear();
+        harness.open({c.fixture});
+        ASSERT_FALSE(harness.requestedFrames.isEmpty()) << c.fixture;
+        EXPECT_EQ(harness.requestedFrames.last().size(), c.expected) << c.fixture;
+    }
+}
+
+TEST(ControllerSizing, RatioAndSizeCommandsOnA16x9Screen) {
+    test::ControllerHarness harness(QRect(0, 0, 1920, 1080));
+    AppController &controller = *harness.controller;
+    harness.open({"h264_640x360.mkv"});
+    ASSERT_EQ(harness.requestedFrames.last().size(), QSize(640, 360));
+
+    controller.clickAspectRatioMenu(QStringLiteral("2.35:1"));
+    EXPECT_EQ(harness.requestedFrames.last().size(), QSize(640, 272));
+    EXPECT_EQ(UserDefaults().value("AspectRatio").toString(), QStringLiteral("2.35:1"));
+    controller.clickIncreaseSizeMenu();
+    EXPECT_EQ(harness.requestedFrames.last().size(), QSize(800, 340)) << "160 wider";
+    controller.clickDecreaseSizeMenu();
+    controller.clickDecreaseSizeMenu();
+    EXPECT_EQ(harness.requestedFrames.last().size(), QSize(640, 272));
+    const qsizetype requests = harness.requestedFrames.size();
+    controller.clickDecreaseSizeMenu();
+    EXPECT_EQ(harness.requestedFrames.size(), requests) << "at 640 a decrease does nothing";
+
+    controller.clickAspectRatioMenu(QStringLiteral("SAR"));
+    EXPECT_EQ(harness.requestedFrames.last().size(), QSize(640, 360));
+}
+
+TEST(ControllerPlaylist, NextAndPreviousMoveThroughThePlaylist) {
+    test::ControllerHarness harness(QRect(0, 0, 1280, 800));
+    AppController &controller = *harness.controller;
+    // In numeric order "h264_640x360" comes first, and the first is current.
+    harness.open({"h264_aac.mkv", "h264_640x360.mkv"});
+    const auto currentName = [&controller] {
+        return QFileInfo(controller.playlist().reOpen.reOpenURL.toLocalFile()).fileName();
+    };
+    ASSERT_EQ(currentName(), QStringLiteral("h264_640x360.mkv"));
+    const struct {
+        void (AppController::*press)();
+        const char *current;
+        bool hasPrevious, hasNext;
+    } steps[] = {
+        {&AppController::clickPrevFileButton, "h264_640x360.mkv", false, true},  // at the start
+        {&AppController::clickNextFileButton, "h264_aac.mkv", true, false},
+        {&AppController::clickNextFileButton, "h264_aac.mkv", true, false},
+        {&AppController::clickPrevFileButton, "h264_640x360.mkv", false, true},
+    };
+    for (const auto &step : steps) {
+        (controller.*step.press)();
+        EXPECT_EQ(currentName(), QString::fromLatin1(step.current));
+        EXPECT_EQ(controller.hasPlaylistItemInDirection(-1), step.hasPrevious) << step.current;
+        EXPECT_EQ(controller.hasPlaylistItemInDirection(+1), step.hasNext) << step.current;
+    }
+}
+
+}  // namespace
+}  // namespace tolvane

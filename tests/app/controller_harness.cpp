@@ -1,0 +1,63 @@
+#include "controller_harness.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QFile>
+#include <QThread>
+
+#include "app_test_support.h"
+#include "support/test_media.h"
+
+namespace tolvane::test {
+
+bool processEventsUntil(const std::function<bool()> &condition, int timeoutMs) {
+    QDeadlineTimer deadline(timeoutMs);
+    while (!condition()) {
+        if (deadline.hasExpired()) {
+            return false;
+        }
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        QThread::msleep(5);
+    }
+    return true;
+}
+
+ControllerHarness::ControllerHarness(const QRect &screen) {
+    clearTolvaneSettings();
+    AppController::Services services;
+    services.userInteraction = &interaction;
+    controller = std::make_unique<AppController>(std::move(services));
+    AppController &c = *controller;
+    QObject::connect(&c, &AppController::messageChanged, &c, [this](const QString &text) {
+        if (!text.isEmpty()) {
+            messages.append(text);
+        }
+    });
+    QObject::connect(&c, &AppController::windowFrameRequested, &c,
+                     [this](WindowKind kind, const QRect &frame, bool) {
+                         if (kind == WindowKind::show) {
+                             requestedFrames.append(frame);
+                         }
+                         controller->windowDidMoveOrResize(kind, frame);
+                     });
+    c.awakeFromNib();
+    setScreen(screen);
+    c.windowDidMoveOrResize(WindowKind::show, QRect(QPoint(0, 0), QSize(960, 540)));
+}
+
+ControllerHarness::~ControllerHarness() { controller->applicationWillTerminate(); }
+
+void ControllerHarness::setScreen(const QRect &screen) {
+    controller->setScreens({ScreenGeometry{screen, screen}}, 0);
+}
+
+void ControllerHarness::open(const QStringList &fixtureNames) {
+    QList<QUrl> urls;
+    for (const QString &name : fixtureNames) {
+        QFile::copy(mediaPath(name.toUtf8().constData()), openedFolder.path(name));
+        urls.append(openedFolder.url(name));
+    }
+    controller->openPanelOK(urls);
+}
+
+}  // namespace tolvane::test

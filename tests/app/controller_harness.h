@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QList>
+#include <QRect>
+#include <QStringList>
+#include <QUrl>
+#include <functional>
+#include <memory>
+
+#include "app/app_controller.h"
+#include "app/user_interaction.h"
+#include "app_test_support.h"
+
+namespace tolvane::test {
+
+// Runs the event loop until `condition` holds; false when it did not within
+// `timeoutMs` (a bound against hanging, never a measure of speed).
+bool processEventsUntil(const std::function<bool()> &condition, int timeoutMs = 20000);
+
+// Answers every alert and question as a user pressing the default button,
+// and keeps their titles.
+class ScriptedUserInteraction final : public UserInteraction {
+public:
+    void showAlert(const QString &title, const QString &) override { alerts.append(title); }
+    int askChoice(const QString &title, const QString &, const QStringList &) override {
+        alerts.append(title);
+        return 0;
+    }
+    QStringList alerts;
+};
+
+// A controller driven without a window: the windows it asks for take the
+// frames asked (as the views would) and report them back; messages and
+// requested frames are kept for the test to read.
+class ControllerHarness {
+public:
+    explicit ControllerHarness(const QRect &screen);
+    ~ControllerHarness();
+
+    // Opens copies of the fixtures, alone in a folder of their own: every
+    // opened episode brings the videos of its series beside it.
+    void open(const QStringList &fixtureNames);
+    void setScreen(const QRect &screen);
+
+    ScriptedUserInteraction interaction;
+    std::unique_ptr<AppController> controller;
+    QStringList messages;
+    QList<QRect> requestedFrames;  // of the main window
+    TemporaryTree openedFolder;
+};
+
+}  // namespace tolvane::test
