@@ -14,7 +14,13 @@ namespace tolvane {
 // takes. Qt Multimedia lists only the tracks it could decode, so this is
 // where Native mode learns about the others.
 struct MediaProbe {
-    bool isDiscovered = false;  // false: the probe failed or ran out of time
+    enum class Verdict {
+        discovered,  // its streams are known (some may lack a decoder)
+        unreadable,  // the file cannot be opened or read
+        unplayable,  // read, but holds nothing GStreamer can play
+        unknown,     // the probe failed or ran out of time: no opinion
+    };
+    Verdict verdict = Verdict::unknown;
     QString errorDescription;
     int audioStreamCount = 0;
     QStringList undecodableAudioCodecs;  // codec descriptions, e.g. "Dolby TrueHD"
