@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QList>
 #include <QObject>
 #include <QPoint>
@@ -9,6 +10,8 @@
 #include <QStringList>
 #include <QTimer>
 #include <QUrl>
+#include <QVariant>
+#include <chrono>
 #include <memory>
 #include <optional>
 
@@ -23,7 +26,15 @@
 
 namespace tolvane {
 
+// What the views post when paths are dropped or handed over: "paths" holds a
+// QStringList of local paths, "url" one QUrl (or its local path as a string).
+inline constexpr const char *kDraggedFilePathsNotification = "MYDraggedFilePaths";
+inline constexpr const char *kDesktopDraggedFileURLNotification = "MYDesktopDraggedFileURL";
+inline constexpr const char *kDraggedFilePathsKey = "paths";
+inline constexpr const char *kDesktopDraggedFileURLKey = "url";
+
 class MyCAOpenGLLayer;
+class MoreFilesQuestion;
 class PlayedStateRecords;
 class PlaylistBuilder;
 class FilesFoldersOpening;
@@ -135,6 +146,10 @@ public:
     void applicationWillTerminate();
     bool isWillTerminateNotified() const { return willTerminateNotified; }
     int currentDecodingMode() const;
+    // The per-font caption settings of the current "FontName" (preferences).
+    QVariant valueForCPFSetting(const QString &cpfSetting) const;
+    void saveValue(const QVariant &value, const QString &cpfSetting);
+    UserDefaults &userDefaults() { return *defaults; }
 
     // The screens and the windows' frames as the windowing system has them;
     // the views report every change (windowDidMoveOrResize, windowDidChangeScreen).
@@ -162,10 +177,19 @@ public:
     void setWhereFolder(const QUrl &folder);
     QUrl whereFolder() const;
     void changeTextEncoding(int textEncodingItem);
+    // `audioTrackIndex` is a row of inspectorState().soundTracks.
     void changeAudioTrack(int audioTrackIndex);
     void toggleCaptionTrack(qint64 row);
+    // The caption choice or a delay changed (caption buttons, the inspector):
+    // the reopen fields take them, so that they are stored and carried over.
+    void subtitleChoicesChanged();
     bool hasRecentItem() const;
     QString recentItemTitle() const;
+
+    // --- The movie timer (app_controller_movie_timer.cpp): one tick each
+    // kMovieTimerInterval while a file is loaded; public so that tests tick.
+    void updateDataAboutMovieForFF();
+    void updateDataAboutMovieForNT();
 
     // --- Transport (app_controller_transport.cpp)
     void clickPlayPauseButton();
@@ -226,7 +250,7 @@ public:
     qint32 playbackTimeMsec() const;
     const Playlist &playlist() const { return playlistState; }
 
-signals:
+Q_SIGNALS:
     void messageChanged(const QString &text);  // empty hides the message layer
     void fileNameChanged(const QString &name, bool isVisible);
     void loadingCircleChanged(bool isVisible);
@@ -249,8 +273,52 @@ signals:
     void quitRequested();
 
 private:
+    // --- Start-up and shutdown (app_controller.cpp)
+    void registerObservers();
+    void restoreWindowPositionsAfterFinishLaunching();
+    void storeWindowPositionsBeforeQuit();
+    void alertWhenIsNotExistWhereFolder();
+    void alertWhenAudioDecodingError();
+    void catchedInterlacedFrameInFFmpegMode();
+    void showMessage(const QString &text, std::chrono::milliseconds shownFor);
+
+    // --- Opening (app_controller_opening.cpp)
+    void openViewDragFile(const QStringList &paths);
+    void openDesktopDragFile(const QUrl &url);
+    void loadMovieFileForFF(const QUrl &url);
+    void loadFailed(const QString &result);
+    void showLoadedFileState(const QUrl &url);
+    void reloadSubtitle(const QUrl &videoURL);
+    void finishOpeningWithEmptyPlaylist(bool wasFilePlaying);
+    std::optional<double> playingPositionSec();
+    void stopPlayersForReopen();
+    void refreshMoveToTrashEnabled();
+    void alertWhenRecentOpenFileFromNotWritableDisk(const QUrl &url);
+
+    // --- Native mode (app_controller_native.cpp)
+    void loadMovieFileForNT(const QUrl &url);
+    void nativeLoadFinished(const NativeModePlayer::LoadResult &result);
+    void finallyLoadMovieFileForNT(const NativeModePlayer::LoadResult &result);
+    // Offers "FFmpeg" / "CANCEL"; true when the user switched (the file reopens).
+    bool askSwitchToFFmpeg(const QString &title, const QString &informativeText);
+    void stopHandleAVStatusThread();
+    void nativeCountDownTick();
+
+    // --- Switches (app_controller_switches.cpp)
+    bool isChangeRefused() const;
+    void switchDecodingModeTo(int decodingPopUpItem);
+    void reopenCurrentFileAtSamePosition();
+    void resetPlayedState();
+
+    // --- Movie timer (app_controller_movie_timer.cpp)
+    void movieTimerTick();
+    void movieReachedItsEnd();
+    void updateDisplaySleepAssertion(double rate);
+
     // --- State of the whole run (app_controller.cpp)
     Services services;
+    std::unique_ptr<UserDefaults> defaults;
+    std::unique_ptr<MoreFilesQuestion> moreFilesQuestion;
     std::unique_ptr<MyCAOpenGLLayer> myGLLayer;
     subtitles::MySubtitle iSubtitle;
     Playlist playlistState;
@@ -267,7 +335,7 @@ private:
     NamedRecursiveMutex continueOpenMutex{"continueOpen"};
     NamedRecursiveMutex modeMutex{"mode"};
     NamedRecursiveMutex resetMutex{"reset"};
-    NamedRecursiveMutex displayCellMutex{"displayCell"};
+    mutable NamedRecursiveMutex displayCellMutex{"displayCell"};
     NamedRecursiveMutex windowPositionsMutex{"windowPositions"};
 
     InspectorState inspector;
@@ -279,6 +347,15 @@ private:
 
     QTimer movieTimer;
     QTimer messageHideTimer;
+    QTimer nativeCountDownTimer;
+    int nativeCountDownLeftSec = 0;
+    bool isNativeLoading = false;
+    // The stream index behind each row of inspector.soundTracks.
+    QList<int> soundTrackStreamIndexes;
+    // The six frame strings: main, inspector, playlist; one screen, then several.
+    QString windowFrameStrings[6];
+    bool isWhereFolderRestored = false;
+    bool hasObservers = false;
     bool willTerminateNotified = false;
     bool isCaptionON = true;
     bool isAutomaticStartPlay = true;
@@ -289,9 +366,12 @@ private:
     double currentPlayPercentage = -100.0;
     int countEnergy = 0;
     int countFinalForFF = 0;
+    double lastTickPositionSec = -1.0;
     double cTimeSecForFF = 0.0;
     double cRatio = 0.0;
     QSizeF naturalPictureSize{960.0, 540.0};
+    // Durations of the playlist's files for the played fraction of their rows.
+    mutable QHash<QString, double> durationSecByPath;  // guarded by displayCellMutex
 
     // --- Transport state (app_controller_transport.cpp)
     unsigned countPlay = 0;

@@ -9,6 +9,8 @@ namespace {
 
 constexpr std::array<const char *, 12> kVideoFileExtensions = {
     "mov", "mp4", "m4v", "avi", "mkv", "flv", "wmv", "rmvb", "m2ts", "ts", "tp", "trp"};
+constexpr std::array<const char *, 5> kNativeModeFileExtensions = {"mov", "mp4", "m4v", "avi",
+                                                                   "m2ts"};
 constexpr std::array<const char *, 2> kSubtitleFileExtensions = {"smi", "srt"};
 constexpr const char *kBlurayStreamFolder = "/BDMV/STREAM";
 
@@ -29,6 +31,10 @@ QString extensionOfURL(const QUrl &url) { return QFileInfo(url.toLocalFile()).su
 
 bool isVideoFileExtension(const QString &extension) {
     return isInExtensionList(kVideoFileExtensions, extension);
+}
+
+bool isNativeModeFileExtension(const QString &extension) {
+    return isInExtensionList(kNativeModeFileExtensions, extension);
 }
 
 bool isSubtitleFileExtension(const QString &extension) {

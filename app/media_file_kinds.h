@@ -13,6 +13,8 @@ namespace tolvane {
 // "mov", "mp4", ... compared in lower case; the same list serves every opening
 // road and every playlist builder.
 bool isVideoFileExtension(const QString &extension);
+// The extensions Native mode plays: "mov", "mp4", "m4v", "avi", "m2ts", any case.
+bool isNativeModeFileExtension(const QString &extension);
 // "smi" and "srt", compared in lower case.
 bool isSubtitleFileExtension(const QString &extension);
 bool isVideoFileURL(const QUrl &url);

@@ -4,8 +4,11 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLockFile>
+#include <QSet>
 #include <QSettings>
+#include <mutex>
 
+#include "base/log.h"
 #include "caption_font.h"
 
 namespace tolvane {
@@ -28,6 +31,17 @@ const std::vector<PerFontFallback> &perFontFallbacks() {
         {"CaptionMargin2", 0.1},
     };
     return fallbacks;
+}
+
+// A key whose stored value is not of its kind is reported once per run.
+void logUnreadableValueOnce(const QString &key) {
+    static std::mutex mutex;
+    static QSet<QString> reported;
+    const std::lock_guard lock(mutex);
+    if (!reported.contains(key)) {
+        reported.insert(key);
+        logWarning(QStringLiteral("the setting \"%1\" cannot be read; using its default").arg(key));
+    }
 }
 
 QVariant convertedTo(QVariant value, QMetaType::Type type) {
@@ -135,13 +149,34 @@ QVariant UserDefaults::value(const QString &key) const {
     }
     const QMetaType::Type storedType = entry->isPerFont ? QMetaType::QVariantMap : entry->type;
     const QVariant converted = convertedTo(stored, storedType);
-    return converted.isValid() ? converted : entry->registeredDefault;
+    if (!converted.isValid()) {
+        logUnreadableValueOnce(key);
+        return entry->registeredDefault;
+    }
+    return converted;
 }
 
 void UserDefaults::setValue(const QString &key, const QVariant &value) {
     const auto settings = openTolvaneSettings();
     settings->setValue(key, value);
     settings->sync();
+}
+
+std::optional<QString> UserDefaults::checkSettingsReadable() const {
+    const auto settings = openTolvaneSettings();
+    settings->allKeys();
+    if (settings->status() == QSettings::NoError) {
+        return std::nullopt;
+    }
+    const QString fileName = settings->fileName();
+    const QString keptCopy = fileName + QLatin1String(".unreadable");
+    QFile::remove(keptCopy);
+    const bool isKept = QFile::copy(fileName, keptCopy);
+    return QStringLiteral("the settings file %1 cannot be read (%2); starting with the defaults%3")
+        .arg(fileName,
+             settings->status() == QSettings::FormatError ? QStringLiteral("damaged")
+                                                          : QStringLiteral("no access"),
+             isKept ? QStringLiteral(", the file is kept as ") + keptCopy : QString());
 }
 
 int UserDefaults::currentDecodingMode() const {

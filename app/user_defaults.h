@@ -6,6 +6,7 @@
 #include <QString>
 #include <QVariant>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace tolvane {
@@ -57,6 +58,12 @@ public:
     QVariant value(const QString &key) const;
     void setValue(const QString &key, const QVariant &value);
     const QVariant &registeredDefault(const QString &key) const;
+
+    // Whether the settings file could be read: nothing when it could (or
+    // does not exist yet), otherwise what is wrong with it. An unreadable
+    // file is copied aside once ("Tolvane.conf.unreadable") before anything
+    // is written over it, and every key reads as its registered default.
+    std::optional<QString> checkSettingsReadable() const;
 
     // "DecodingPopUpItem" read afresh: 0 is Native mode, anything else FFmpeg.
     int currentDecodingMode() const;
