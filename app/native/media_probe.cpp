@@ -117,7 +117,6 @@ void readStreams(GstDiscovererInfo *info, MediaProbe &probe) {
     const StreamListPtr video(gst_discoverer_info_get_video_streams(info));
     if (video != nullptr) {
         auto *first = GST_DISCOVERER_VIDEO_INFO(video->data);
-        probe.hasVideo = true;
         const int width = int(gst_discoverer_video_info_get_width(first));
         const int height = int(gst_discoverer_video_info_get_height(first));
         const guint parNum = gst_discoverer_video_info_get_par_num(first);
@@ -125,8 +124,6 @@ void readStreams(GstDiscovererInfo *info, MediaProbe &probe) {
         const bool hasPar = parNum > 0 && parDenom > 0;
         probe.naturalSize = QSize(hasPar ? int(qint64(width) * parNum / parDenom) : width, height);
     }
-    const StreamListPtr subtitles(gst_discoverer_info_get_subtitle_streams(info));
-    probe.hasSubtitles = subtitles != nullptr;
 }
 
 }  // namespace

@@ -24,10 +24,8 @@ struct MediaProbe {
     QString errorDescription;
     int audioStreamCount = 0;
     QStringList undecodableAudioCodecs;  // codec descriptions, e.g. "Dolby TrueHD"
-    bool hasVideo = false;
-    bool hasSubtitles = false;
-    bool isProtected = false;  // an encrypted stream (CENC, WebM encryption)
-    QSize naturalSize;         // the picture with its pixel aspect applied
+    bool isProtected = false;            // an encrypted stream (CENC, WebM encryption)
+    QSize naturalSize;                   // the picture with its pixel aspect applied
 };
 
 // Blocks for at most `timeout` (and the time to open the file).
