@@ -61,6 +61,9 @@ std::chrono::milliseconds probeTimeoutFor(std::chrono::milliseconds countDown) {
     return std::clamp(countDown, std::chrono::milliseconds(1000), kLongestProbe);
 }
 
+// QAudioOutput's scale is linear and ends at unity gain (see the header).
+float audioOutputVolumeFor(float volume) { return std::clamp(volume, 0.0f, 1.0f); }
+
 }  // namespace
 
 QtNativeModePlayer::QtNativeModePlayer(QObject *parent)
@@ -78,10 +81,6 @@ QtNativeModePlayer::QtNativeModePlayer(QObject *parent)
 QtNativeModePlayer::~QtNativeModePlayer() {
     cancelLoading();
     player.stop();
-}
-
-float QtNativeModePlayer::audioOutputVolumeFor(float volume) {
-    return std::clamp(volume, 0.0f, 1.0f);
 }
 
 void QtNativeModePlayer::load(const QString &path, std::chrono::milliseconds countDown) {

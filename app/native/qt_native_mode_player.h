@@ -46,9 +46,6 @@ public:
     void setVolume(float volume) override;
     QSize naturalSize() const override;
 
-    // The QAudioOutput level for our volume (see above).
-    static float audioOutputVolumeFor(float volume);
-
 private:
     void onMediaStatusChanged(QMediaPlayer::MediaStatus status);
     void onErrorOccurred(QMediaPlayer::Error error, const QString &errorString);
