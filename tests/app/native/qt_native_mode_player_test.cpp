@@ -4,6 +4,8 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
 #include <optional>
 #include <set>
 
@@ -90,6 +92,18 @@ TEST_F(NativeModePlayerTest, OutcomesFollowWhatThePlatformCanPlay) {
         spinUntil([] { return false; }, 100);
         EXPECT_EQ(results.size(), 1u) << "exactly one report per load";
     }
+}
+
+// Names as series are named: Korean, blanks, and characters that mean
+// something in a URI. The probe and the player both take the file by URI; a
+// probe that misread it would report the file unreadable.
+TEST_F(NativeModePlayerTest, LoadsFilesWhoseNamesNeedEscapingInAUri) {
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("[그룹] 드라마 #1 100% (1080p).mp4"));
+    ASSERT_TRUE(QFile::copy(test::mediaPath("h264_aac.mp4"), path));
+    const auto result = loadAndWait(path);
+    ASSERT_TRUE(result);
+    EXPECT_EQ(result->outcome, LoadOutcome::loaded) << result->errorDescription.toStdString();
 }
 
 TEST_F(NativeModePlayerTest, TheCountDownCancelsAndACancelReportsNothing) {
