@@ -100,15 +100,19 @@ void QtNativeModePlayer::load(const QString &path, std::chrono::milliseconds cou
 }
 
 void QtNativeModePlayer::cancelLoading() {
-    if (!isLoading) {
+    if (!isLoading && !isReportPending) {
         return;
     }
-    isLoading = false;
     ++loadNumber;
-    countDownTimer.stop();
-    if (!probeThread.stopAndWait(MediaProbeThread::kStopBound)) {
-        logWarning(QStringLiteral("the media probe did not end in time and was abandoned"));
+    isReportPending = false;
+    if (isLoading) {
+        isLoading = false;
+        countDownTimer.stop();
+        if (!probeThread.stopAndWait(MediaProbeThread::kStopBound)) {
+            logWarning(QStringLiteral("the media probe did not end in time and was abandoned"));
+        }
     }
+    isMediaLoaded = false;
     player.setSource(QUrl());
 }
 
@@ -237,10 +241,24 @@ void QtNativeModePlayer::finishLoading(const LoadResult &result) {
     probeThread.stopAndWait(std::chrono::milliseconds(0));
     isMediaLoaded = result.outcome == LoadOutcome::loaded ||
                     result.outcome == LoadOutcome::loadedWithoutAudibleTrack;
-    if (!isMediaLoaded) {
-        player.setSource(QUrl());
-    }
-    Q_EMIT loadFinished(result);
+    // Reported from the event loop, never from inside the player's own
+    // signal: the controller may ask the user (a nested loop) and then stop
+    // or reopen this player.
+    isReportPending = true;
+    const quint64 reported = loadNumber;
+    QMetaObject::invokeMethod(
+        this,
+        [this, reported, result] {
+            if (reported != loadNumber || !isReportPending) {
+                return;
+            }
+            isReportPending = false;
+            if (!isMediaLoaded) {
+                player.setSource(QUrl());
+            }
+            Q_EMIT loadFinished(result);
+        },
+        Qt::QueuedConnection);
 }
 
 }  // namespace tolvane

@@ -63,6 +63,7 @@ private:
 
     quint64 loadNumber = 0;  // tells a finished probe of an earlier load apart
     bool isLoading = false;
+    bool isReportPending = false;  // finished, the report not yet delivered
     QString loadingPath;
     std::optional<MediaProbe> probe;
     bool isMediaLoaded = false;
