@@ -403,8 +403,9 @@ void AppController::reOpenFile() {
             Q_EMIT loadingCircleChanged(false);
             for (const RecentURLEntry &video :
                  PlayedStateRecords::readRecentFdFlsData().rcvideo.lurls) {
-                if (!video.writable && !QFileInfo::exists(video.absolute)) {
-                    alertWhenRecentOpenFileFromNotWritableDisk(QUrl::fromLocalFile(video.absolute));
+                const QUrl url(video.absolute);
+                if (!video.writable && !QFileInfo::exists(url.toLocalFile())) {
+                    alertWhenRecentOpenFileFromNotWritableDisk(url);
                     break;
                 }
             }

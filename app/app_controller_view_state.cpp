@@ -88,12 +88,11 @@ bool AppController::hasRecentItem() const {
 QString AppController::recentItemTitle() const {
     const RecentFdFlsData recent = PlayedStateRecords::readRecentFdFlsData();
     if (PlayedStateRecords::getSavedRecentIsFolder() && !recent.rcfolder.lurls.isEmpty()) {
-        return QFileInfo(recent.rcfolder.lurls.first().absolute).fileName();
+        return QUrl(recent.rcfolder.lurls.first().absolute).fileName();
     }
     if (!recent.rcvideo.lurls.isEmpty()) {
-        return OpenedItems::titleForFiles(
-            QUrl::fromLocalFile(recent.rcvideo.lurls.first().absolute),
-            recent.rcvideo.lurls.size());
+        return OpenedItems::titleForFiles(QUrl(recent.rcvideo.lurls.first().absolute),
+                                          recent.rcvideo.lurls.size());
     }
     return {};
 }

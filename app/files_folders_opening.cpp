@@ -33,11 +33,7 @@ OpeningOutcome FilesFoldersOpening::finallyOpenFilesFolders(
     }
 
     if (!openedItems.openedVideoFileURLs.isEmpty()) {
-        if (openedItems.isAllowedFolderURLInSandbox(openedItems.openedVideoFileURLs.first())) {
-            builder.makePListWithFilesFromAllowedSandbox();
-        } else {
-            builder.makePListWithFilesFromNotallowedSandbox();
-        }
+        builder.makePListWithFilesFromAllowedSandbox();
         builder.refreshFirstTitleInCurrentPList0UsingPList1();
         records.saveTotalFdFlsData(QStringLiteral("auto"));
     } else {

@@ -20,8 +20,8 @@ enum class OpeningOutcome {
 };
 
 // The sorting and building part of finallyOpenFilesFolders: items sorted into
-// videos, subtitles and folders, a new opened list, the playlist built by the
-// builder that the grants allow, and the records saved. The loading circle,
+// videos, subtitles and folders, a new opened list, the playlist built (an
+// episode brings its series, a folder its videos), and the records saved. The loading circle,
 // the engine and the table stay with the interface.
 // Thread-safety: main thread only.
 class FilesFoldersOpening {

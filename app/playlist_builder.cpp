@@ -100,12 +100,6 @@ void PlaylistBuilder::makePListWithFilesFromAllowedSandbox() {
         const QList<QUrl> &opened = openedItems.openedVideoFileURLs;
         QList<QUrl> taken;
         for (const QUrl &video : opened) {
-            if (!openedItems.isAllowedFolderURLInSandbox(video)) {
-                if (!thisURLs(taken, video)) {
-                    taken.append(video);
-                }
-                continue;
-            }
             for (const QUrl &entry : listFolderInFinderOrder(folderURLOfFile(video))) {
                 if (thisURLs(taken, entry)) {
                     continue;
@@ -120,21 +114,6 @@ void PlaylistBuilder::makePListWithFilesFromAllowedSandbox() {
                      opened.isEmpty() ? QUrl() : opened.first(), false);
     } catch (const std::exception &error) {
         logException("mplwffas", error.what());
-    }
-}
-
-void PlaylistBuilder::makePListWithFilesFromNotallowedSandbox() {
-    try {
-        QList<QUrl> existing;
-        for (const QUrl &video : openedItems.openedVideoFileURLs) {
-            if (isExistingURL(video)) {
-                existing.append(video);
-            }
-        }
-        fillPlaylist(existing, PlayedStateRecords::readTotalFdFlsData(),
-                     existing.isEmpty() ? QUrl() : existing.first(), false);
-    } catch (const std::exception &error) {
-        logException("mplwffns", error.what());
     }
 }
 
@@ -172,7 +151,7 @@ void PlaylistBuilder::makePListWithFileWhenReOpen(const QList<QUrl> &savedVideoF
                 items.append(video);
             }
         }
-        if (!items.isEmpty() && openedItems.isAllowedFolderURLInSandbox(items.first())) {
+        if (!items.isEmpty()) {
             QList<QUrl> sameSeries;
             for (const QUrl &entry : videoFilesOfFolder(folderURLOfFile(items.first()))) {
                 if (isSeries(entry, items.first())) {

@@ -37,19 +37,18 @@ class PlaylistBuilder {
 public:
     PlaylistBuilder(Playlist &playlist, OpenedItems &openedItems, MoreFilesQuestion &question);
 
-    // The opened videos lie in the where folder, so their folder may be
-    // listed: the playlist holds the opened videos and every video beside them
-    // of the same series; the first opened video is current.
+    // Every folder the user can read may be listed (there is no sandbox): the
+    // playlist holds the opened videos and every video beside them of the same
+    // series, so opening one episode brings its series; the first opened
+    // video is current.
     void makePListWithFilesFromAllowedSandbox();
-    // Exactly the opened videos; the first is current.
-    void makePListWithFilesFromNotallowedSandbox();
     // The videos of every opened folder, folder after folder; a Blu-ray
     // structure contributes its stream files. The file that was current in
     // the first folder last time is current again.
     void makePListWithFolderFromAlwaysallowedSandbox();
     // Reopening the recent files: the saved videos that still exist, plus, when
     // the user agrees, the videos of the same series that appeared beside the
-    // first one since (only inside the where folder).
+    // first one since.
     void makePListWithFileWhenReOpen(const QList<QUrl> &savedVideoFileURLs);
     // Reopening a recent folder: its saved playlist without vanished files,
     // plus, when the user agrees, the folder's videos that the list lacks.

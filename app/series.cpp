@@ -35,11 +35,11 @@ bool isSeries(const QUrl &url, const QUrl &before) {
     if (common == a.size() || common == b.size()) {
         return true;
     }
-    // The first words, case-sensitively. A name that begins with a blank (a
-    // group tag or a number was stripped from its front) has an empty first
-    // word, which names no series.
-    const QString firstWordOfA = a.section(QLatin1Char(' '), 0, 0);
-    const QString firstWordOfB = b.section(QLatin1Char(' '), 0, 0);
+    // The first non-empty words, case-sensitively: a release group's tag or a
+    // leading number stripped from the front leaves blanks there, and the
+    // words after them name the series. No word on either side names none.
+    const QString firstWordOfA = a.section(QLatin1Char(' '), 0, 0, QString::SectionSkipEmpty);
+    const QString firstWordOfB = b.section(QLatin1Char(' '), 0, 0, QString::SectionSkipEmpty);
     return !firstWordOfA.isEmpty() && firstWordOfA == firstWordOfB;
 }
 

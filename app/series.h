@@ -18,9 +18,10 @@ QString removeAllNumbers(const QString &name);
 QString seriesNameOfURL(const QUrl &url);
 
 // Whether `url` and `before` are episodes of one series: one stripped name is
-// a case-insensitive prefix of the other, or both begin with the same word
-// (case-sensitive; words end at a blank, digit, "_", "-" or "."). Deliberately
-// loose: "Dr.Who.01" and "Dr.No" are one series.
+// a case-insensitive prefix of the other, or their first non-empty words are
+// the same (case-sensitive; words end at a blank, digit, "_", "-" or ".", so
+// "[Group] Show - 01" begins with "Show"). Deliberately loose: "Dr.Who.01" and
+// "Dr.No" are one series.
 bool isSeries(const QUrl &url, const QUrl &before);
 
 // Whether any URL of `urls` has the same path as `haveURL`.

@@ -82,11 +82,13 @@ TEST_F(PlaylistBuilding, FirstOpeningsBuildTheirPlaylists) {
         {{"where/show/Ep 10.mkv"}, true, OpeningOutcome::playlistBuilt,
          {"where/show/Ep 1.mkv", "where/show/Ep 2.mkv", "where/show/Ep 10.mkv"}, 2,
          {"Ep 1 and 2 more"}, false},
-        // Files outside the where folder, or without one, bring no siblings.
+        // Every folder may be listed: an episode anywhere brings its series.
         {{"outside/Ep 3.mkv", "outside/Ep 1.mkv"}, true, OpeningOutcome::playlistBuilt,
-         {"outside/Ep 1.mkv", "outside/Ep 3.mkv"}, 0, {"Ep 1 and 1 more"}, false},
+         {"outside/Ep 1.mkv", "outside/Ep 2.mkv", "outside/Ep 3.mkv"}, 0, {"Ep 1 and 2 more"},
+         false},
         {{"outside/Ep 2.mkv"}, false, OpeningOutcome::playlistBuilt,
-         {"outside/Ep 2.mkv"}, 0, {"Ep 2"}, false},
+         {"outside/Ep 1.mkv", "outside/Ep 2.mkv", "outside/Ep 3.mkv"}, 1, {"Ep 1 and 2 more"},
+         false},
         // Folders give their videos, a Blu-ray folder its streams.
         {{"B show", "A disc"}, false, OpeningOutcome::playlistBuilt,
          {"A disc/BDMV/STREAM/00001.m2ts", "A disc/BDMV/STREAM/00002.m2ts",
@@ -167,12 +169,11 @@ TEST_F(PlaylistBuilding, ReopenedFolderDropsVanishedFilesAndOffersNewOnes) {
 }
 
 TEST_F(PlaylistBuilding, ReopenedFileOffersNewEpisodesOfItsSeriesOnly) {
-    openedItems.whereURL = tree.makeFolder("where");
-    touch({"where/Ep 1.mkv", "where/Ep 2.mkv", "where/Ep 3.mkv", "where/Other 1.mkv"});
-    builder.makePListWithFileWhenReOpen(urls({"where/Ep 2.mkv", "where/gone.mkv"}));
+    touch({"show/Ep 1.mkv", "show/Ep 2.mkv", "show/Ep 3.mkv", "show/Other 1.mkv"});
+    builder.makePListWithFileWhenReOpen(urls({"show/Ep 2.mkv", "show/gone.mkv"}));
     EXPECT_EQ(question.askedCounts, QList<int>({2}));
-    EXPECT_EQ(playListNames(), QStringList({"where/Ep 2.mkv", "where/Ep 1.mkv", "where/Ep 3.mkv"}));
-    EXPECT_EQ(nameOf(playlist.reOpen.reOpenURL), "where/Ep 2.mkv");
+    EXPECT_EQ(playListNames(), QStringList({"show/Ep 2.mkv", "show/Ep 1.mkv", "show/Ep 3.mkv"}));
+    EXPECT_EQ(nameOf(playlist.reOpen.reOpenURL), "show/Ep 2.mkv");
 }
 
 TEST_F(PlaylistBuilding, ARestartReopensTheLastOpenWhereItStopped) {

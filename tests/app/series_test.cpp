@@ -27,7 +27,7 @@ TEST(RemoveAllNumbers, LeavesUnmatchedBracketsAlone) {
     }
 }
 
-TEST(IsSeries, FollowsThePrefixAndFirstWordRules) {
+TEST(IsSeries, FollowsThePrefixAndFirstNonEmptyWordRules) {
     const struct {
         const char *a;
         const char *b;
@@ -41,10 +41,13 @@ TEST(IsSeries, FollowsThePrefixAndFirstWordRules) {
         {"Show.One.01.mkv", "Show.Two.01.mkv", true},  // dots split words too
         {"[Group] Show 01.mkv", "[Group] Show 02.mkv", true},
         {"[Group] Alpha 01.mkv", "[Other] Beta 01.mkv", false},
-        // Stripping the group tag leaves an empty first word: only the prefix
-        // test can join such names.
-        {"[G] Show - 01 [720p].mkv", "[G] Show - 02 [1080p].mkv", false},
+        // A stripped group tag or number leaves blanks in front: the first
+        // non-empty words decide.
+        {"[G] Show - 01 [720p].mkv", "[G] Show - 02 [1080p].mkv", true},
+        {"[G] Show - 01 (1080p) [A1B2C3D4].mkv", "[H] Show - 02 (1080p) [E5F6A7B8].mkv", true},
+        {"[G] Alpha - 01 [720p].mkv", "[G] Beta - 01 [720p].mkv", false},
         {"01 Intro.mkv", "02 Outro.mkv", false},
+        {"01.mkv", "1x.mkv", false},  // no word on one side names no series
         {"01.mkv", "02.mkv", true},
         {"Alpha 01.mkv", "Beta 01.mkv", false},
         {"Show 01.mkv", "show Extra.mkv", false},  // first words compare case-sensitively

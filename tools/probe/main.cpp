@@ -39,6 +39,7 @@ const std::map<QString, Subcommand> &subcommands() {
         {QStringLiteral("series"), {tolvane::probe::runSeriesCommand, "series FILE_A FILE_B"}},
         {QStringLiteral("playlist"),
          {tolvane::probe::runPlaylistCommand, "playlist [--where DIR] PATH..."}},
+        {QStringLiteral("records"), {tolvane::probe::runRecordsCommand, "records [--config DIR]"}},
         {QStringLiteral("parse"),
          {tolvane::probe::runParseCommand, "parse FILE [--type smi|srt] [--encoding NAME]"}},
         {QStringLiteral("subtitles"),

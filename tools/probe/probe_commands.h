@@ -11,6 +11,7 @@ int runPlayCommand(const QStringList &arguments);
 int runFramesCommand(const QStringList &arguments);
 int runSeriesCommand(const QStringList &arguments);
 int runPlaylistCommand(const QStringList &arguments);
+int runRecordsCommand(const QStringList &arguments);
 int runParseCommand(const QStringList &arguments);
 int runSubtitlesCommand(const QStringList &arguments);
 int runCaptionsCommand(const QStringList &arguments);

@@ -1,0 +1,178 @@
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QMetaEnum>
+
+#include "app/app_controller.h"
+#include "app/user_defaults.h"
+#include "app_test_support.h"
+#include "engine/my_ca_opengl_layer.h"
+#include "scripted_services.h"
+#include "support/qt_printers.h"
+#include "support/test_media.h"
+
+namespace tolvane {
+namespace {
+
+using Outcome = NativeModePlayer::LoadOutcome;
+constexpr int kAnswerFFmpeg = 0;
+constexpr int kAnswerCancel = 1;
+
+class NativeModeTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        test::clearTolvaneSettings();
+        UserDefaults defaults(QStringLiteral("sans-serif"));
+        defaults.setValue("AutoPlay", 0);
+        defaults.setValue("DecodingPopUpItem", 0);
+        auto nativePlayer = std::make_unique<test::ScriptedNativeModePlayer>();
+        native = nativePlayer.get();
+        controller = std::make_unique<AppController>(
+            AppController::Services{&ui, std::move(nativePlayer), nullptr});
+        controller->awakeFromNib();
+        controller->applicationDidFinishLaunching();
+    }
+    void TearDown() override { controller->applicationWillTerminate(); }
+
+    QString copyMedia(const char *fixture, const QString &name) {
+        QFile::copy(test::mediaPath(fixture), tree.path(name));
+        return tree.path(name);
+    }
+    double enginePositionSec() {
+        return controller->engine().currentTimeSec() - controller->engine().startTimeSec();
+    }
+
+    test::TemporaryTree tree;
+    test::ScriptedUserInteraction ui;
+    test::ScriptedNativeModePlayer *native = nullptr;
+    std::unique_ptr<AppController> controller;
+};
+
+TEST_F(NativeModeTest, OnlyThePlatformPlayersExtensionsGoToItInAnyCase) {
+    const struct {
+        const char *name;
+        bool isLoadedNatively;
+    } cases[] = {{"clip.MOV", true}, {"clip.m2ts", true}, {"clip.mkv", false}};
+    for (const auto &c : cases) {
+        ui.shown.clear();
+        native->loadedPaths.clear();
+        controller->openFile(copyMedia("h264_aac.mp4", QString::fromUtf8(c.name)));
+        EXPECT_EQ(native->loadedPaths.size(), c.isLoadedNatively ? 1 : 0) << c.name;
+        EXPECT_EQ(ui.titles(), c.isLoadedNatively
+                                   ? QStringList()
+                                   : QStringList({"Native mode cannot play MKV files."}))
+            << c.name;
+        EXPECT_EQ(controller->currentDecodingMode(), 0) << c.name;
+    }
+
+    ui.answers = {kAnswerFFmpeg};
+    controller->openFile(tree.path("clip.mkv"));
+    EXPECT_EQ(controller->currentDecodingMode(), 1);
+    EXPECT_EQ(controller->pictureMode(), PictureMode::ffmpeg);
+    EXPECT_EQ(controller->inspectorState().decodingLabel, "FF");
+}
+
+TEST_F(NativeModeTest, EachOutcomeIsShownAndFFmpegResumesTheSameFile) {
+    const QString clip = copyMedia("h264_aac.mp4", "clip.mp4");
+    const struct {
+        Outcome outcome;
+        QStringList unsupportedAudioCodecs;
+        const char *title;  // "" when nothing is asked
+        bool offersFFmpeg;
+        PictureMode afterCancel;
+    } cases[] = {
+        {Outcome::loaded, {}, "", false, PictureMode::native},
+        {Outcome::loaded,
+         {"ac-3"},
+         "The audio of this file cannot be decoded.",
+         true,
+         PictureMode::native},
+        {Outcome::loadedWithoutAudibleTrack,
+         {},
+         "Native mode found no sound it can play in this file.",
+         true,
+         PictureMode::native},
+        {Outcome::failed, {}, "The file could not be opened.", true, PictureMode::none},
+        {Outcome::notPlayable, {}, "Native mode cannot play this file.", true, PictureMode::none},
+        {Outcome::protectedContent, {}, "The file could not be opened.", false, PictureMode::none},
+        {Outcome::cancelled,
+         {},
+         "The file took too long to load in Native mode.",
+         true,
+         PictureMode::none},
+    };
+    for (const auto &c : cases) {
+        for (const int answer : {kAnswerCancel, kAnswerFFmpeg}) {
+            const std::string what =
+                std::string(QMetaEnum::fromType<Outcome>().valueToKey(int(c.outcome))) +
+                (answer == kAnswerFFmpeg ? " / FFmpeg" : " / CANCEL");
+            UserDefaults(QStringLiteral("sans-serif")).setValue("DecodingPopUpItem", 0);
+            ui.shown.clear();
+            ui.answers = {answer};
+            controller->openFile(clip);
+            ASSERT_EQ(native->loadedPaths.last(), clip) << what;
+            native->finishLoading(c.outcome, c.unsupportedAudioCodecs);
+
+            const QStringList expectedTitles =
+                *c.title ? QStringList({QString::fromUtf8(c.title)}) : QStringList();
+            EXPECT_EQ(ui.titles(), expectedTitles) << what;
+            if (c.offersFFmpeg) {
+                EXPECT_EQ(ui.shown.first().buttons.value(0), "FFmpeg") << what;
+            }
+            const bool switched = c.offersFFmpeg && answer == kAnswerFFmpeg;
+            EXPECT_EQ(controller->currentDecodingMode(), switched ? 1 : 0) << what;
+            EXPECT_EQ(controller->pictureMode(), switched ? PictureMode::ffmpeg : c.afterCancel)
+                << what;
+            if (switched) {
+                EXPECT_TRUE(controller->engine().isAlsoHaveMovie()) << what;
+            }
+        }
+    }
+}
+
+TEST_F(NativeModeTest, SwitchingTheModeWhilePlayingResumesTheSameSecond) {
+    UserDefaults(QStringLiteral("sans-serif")).setValue("DecodingPopUpItem", 1);
+    controller->openFile(copyMedia("h264_aac_8s.mkv", "film.mp4"));
+    ASSERT_EQ(controller->pictureMode(), PictureMode::ffmpeg);
+    controller->engine().setCurrentTimeSec(4.0, true);
+    controller->engine().restartTimers();
+
+    controller->clickChangeDecoding();
+    EXPECT_EQ(controller->currentDecodingMode(), 0);
+    EXPECT_FALSE(controller->engine().isAlsoHaveMovie());
+    native->finishLoading(Outcome::loaded);
+    EXPECT_EQ(controller->pictureMode(), PictureMode::native);
+    ASSERT_EQ(native->seeks.size(), 1);
+    EXPECT_NEAR(native->seeks.first(), 4.0, 0.1);
+
+    native->timeSec = 5.5;
+    controller->clickChangeDecoding();
+    EXPECT_EQ(controller->currentDecodingMode(), 1);
+    EXPECT_EQ(controller->pictureMode(), PictureMode::ffmpeg);
+    EXPECT_NEAR(enginePositionSec(), 5.5, 0.1);
+    EXPECT_TRUE(ui.shown.isEmpty());
+}
+
+TEST_F(NativeModeTest, SettingsChangeAloneWithNothingLoadedOrAreRefusedForAnOrphanMovie) {
+    controller->clickChangeDecoding();
+    controller->clickIsGPUAccCheck(false);
+    EXPECT_EQ(controller->currentDecodingMode(), 1);
+    EXPECT_EQ(controller->userDefaults().value("IsGPUAccForFF"), QVariant(0));
+    EXPECT_TRUE(ui.shown.isEmpty());
+
+    // The playing file stays while an empty folder replaces its playlist.
+    controller->openFile(copyMedia("h264_aac.mkv", "clip.mkv"));
+    controller->openFile(tree.makeFolder("empty").toLocalFile());
+    ASSERT_TRUE(controller->playlist().isEmpty());
+    ASSERT_TRUE(controller->engine().isAlsoHaveMovie());
+    controller->clickChangeDecoding();
+    controller->clickIs10bitModeCheck(false);
+    EXPECT_EQ(ui.titles(), QStringList({"The decoding mode cannot be changed now.",
+                                        "The decoding setting cannot be changed now."}));
+    EXPECT_EQ(controller->currentDecodingMode(), 1);
+    EXPECT_EQ(controller->userDefaults().value("Is10bitModeForFF"), QVariant(1));
+}
+
+}  // namespace
+}  // namespace tolvane

@@ -1,0 +1,351 @@
+#include "app/app_controller.h"
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QSettings>
+#include <QTemporaryDir>
+
+#include "app/bookmarks.h"
+#include "app/open_result_message.h"
+#include "app/played_state_records.h"
+#include "app/user_defaults.h"
+#include "app/window_frame_strings.h"
+#include "app_test_support.h"
+#include "engine/my_ca_opengl_layer.h"
+#include "scripted_services.h"
+#include "support/probe_runner.h"
+#include "support/qt_printers.h"
+#include "support/test_media.h"
+
+namespace tolvane {
+namespace {
+
+constexpr QRect kScreen{0, 0, 1920, 1080};
+
+// One controller as the application runs it, with scripted alerts, a scripted
+// Native-mode player and a counting display-sleep assertion.
+class ControllerTest : public ::testing::Test {
+protected:
+    void SetUp() override { test::clearTolvaneSettings(); }
+    void TearDown() override {
+        if (controller) {
+            controller->applicationWillTerminate();
+        }
+    }
+
+    AppController &launch() {
+        auto nativePlayer = std::make_unique<test::ScriptedNativeModePlayer>();
+        auto displaySleep = std::make_unique<test::CountingDisplaySleepAssertion>();
+        native = nativePlayer.get();
+        sleep = displaySleep.get();
+        controller = std::make_unique<AppController>(
+            AppController::Services{&ui, std::move(nativePlayer), std::move(displaySleep)});
+        QObject::connect(controller.get(), &AppController::windowFrameRequested,
+                         [this](WindowKind kind, const QRect &frame, bool) {
+                             requestedFrames.append({kind, frame});
+                         });
+        controller->awakeFromNib();
+        controller->setScreens({{kScreen, kScreen}}, 0);
+        controller->applicationDidFinishLaunching();
+        QCoreApplication::processEvents();
+        return *controller;
+    }
+
+    QUrl copyMedia(const char *fixture, const QString &name) {
+        QDir().mkpath(QFileInfo(tree.path(name)).path());
+        QFile::copy(test::mediaPath(fixture), tree.path(name));
+        return tree.url(name);
+    }
+    double enginePositionSec() {
+        return controller->engine().currentTimeSec() - controller->engine().startTimeSec();
+    }
+    static void setSetting(const char *key, const QVariant &value) {
+        UserDefaults(QStringLiteral("sans-serif")).setValue(QLatin1String(key), value);
+    }
+    static QVariant storedSetting(const char *key) {
+        return openTolvaneSettings()->value(QLatin1String(key));
+    }
+
+    test::TemporaryTree tree;
+    test::ScriptedUserInteraction ui;
+    test::ScriptedNativeModePlayer *native = nullptr;
+    test::CountingDisplaySleepAssertion *sleep = nullptr;
+    std::unique_ptr<AppController> controller;
+    QList<std::pair<WindowKind, QRect>> requestedFrames;
+};
+
+TEST_F(ControllerTest, FirstLaunchStartsFromTheDefaultsAndAnEmptyQuitStoresOnlyFrames) {
+    AppController &c = launch();
+    EXPECT_EQ(c.currentDecodingMode(), 1);
+    EXPECT_EQ(c.userDefaults().value("IsGPUAccForFF"), QVariant(1));
+    EXPECT_EQ(c.userDefaults().value("Is10bitModeForFF"), QVariant(1));
+    EXPECT_EQ(c.transportState().volume, 1.0);
+    EXPECT_TRUE(c.menuState().isAutoPlay);
+    EXPECT_EQ(c.menuState().aspectRatioName, "SAR");
+    EXPECT_EQ(c.userDefaults().value("IsShowMessage"), QVariant(true));
+    EXPECT_EQ(c.inspectorState().textEncodingItem, 3);
+    EXPECT_EQ(c.inspectorState().fileName, "No video is open.");
+    EXPECT_EQ(c.inspectorState().decodingLabel, "FF");
+    ASSERT_FALSE(requestedFrames.isEmpty());
+    EXPECT_EQ(requestedFrames.first().first, WindowKind::show);
+    EXPECT_EQ(requestedFrames.first().second.size(), QSize(960, 540));
+    EXPECT_TRUE(kScreen.contains(requestedFrames.first().second));
+    EXPECT_TRUE(ui.shown.isEmpty());
+
+    c.applicationWillTerminate();
+    c.applicationWillTerminate();
+    EXPECT_EQ(windowFrameFromString(storedSetting("MainWindowFrameMono2").toString()),
+              requestedFrames.first().second);
+    EXPECT_EQ(storedSetting("PlaylistWindowFrameDual2"), QVariant(" "));
+    EXPECT_FALSE(openTolvaneSettings()->contains("QZRTotalFdFlsData"));
+}
+
+TEST_F(ControllerTest, QuittingWhilePlayingStoresThePositionThatTheProbeReads) {
+    setSetting("AutoPlay", 0);
+    AppController &c = launch();
+    const QString film = copyMedia("h264_aac_8s.mkv", "film.mkv").toLocalFile();
+    c.openFile(film);
+    c.engine().setCurrentTimeSec(3.0, true);
+    c.engine().restartTimers();
+    c.applicationWillTerminate();
+
+    // Only --config can lead the probe to this test's settings.
+    QTemporaryDir elsewhere;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("XDG_CONFIG_HOME", elsewhere.path());
+    const QString configHome = QFileInfo(openTolvaneSettings()->fileName()).path() + "/..";
+    const test::ProbeRun run = test::runProbe({"records", "--config", configHome}, environment);
+    ASSERT_EQ(run.exitCode, 0) << run.standardOutput.toStdString();
+    const QJsonObject stored = run.json["QZRTotalFdFlsData"]["ttfile"].toObject()[film].toObject();
+    EXPECT_NEAR(stored["ctime"].toDouble(), 3.0, 0.1);
+    EXPECT_EQ(stored["caudio"].toInt(), -100);
+    EXPECT_EQ(run.json["QZRRecentFdFlsData"]["rcvideo"][0]["absolute"].toString(), film);
+    EXPECT_FALSE(run.json["QZRRecentIsFolder"].toBool(true));
+}
+
+TEST_F(ControllerTest, StoredStateIsRestoredAndAFrameOffEveryScreenIsPulledBack) {
+    setSetting("AspectRatio", "2.35:1");
+    setSetting("Awesome", 1);
+    setSetting("MainWindowFrameMono2", "5000 5000 800 450");
+    setSetting("InspectorWindowFrameMono2", "100 120 300 200");
+    setSetting("WhereURLData", whereURLDataFromFolderURL(tree.makeFolder("subs")));
+    QDir(tree.path("subs")).removeRecursively();
+
+    AppController &c = launch();
+    EXPECT_EQ(c.menuState().aspectRatioName, "2.35:1");
+    EXPECT_TRUE(c.menuState().isAwesome);
+    ASSERT_GE(requestedFrames.size(), 2);
+    EXPECT_EQ(requestedFrames[0].second.size(), QSize(960, 540));
+    EXPECT_TRUE(kScreen.contains(requestedFrames[0].second.topLeft()));
+    EXPECT_EQ(requestedFrames[1], std::make_pair(WindowKind::inspector, QRect(100, 120, 300, 200)));
+    EXPECT_EQ(ui.titles(), QStringList({"The subtitle folder cannot be found."}));
+}
+
+// A settings file that is damaged, holds values of the wrong kind or comes
+// from a newer version: what cannot be read starts from its default.
+TEST_F(ControllerTest, UnreadableSettingsStartFromTheDefaults) {
+    const QString fileName = openTolvaneSettings()->fileName();
+    const struct {
+        const char *name;
+        QByteArray contents;
+    } cases[] = {
+        {"binary garbage", QByteArray("\x00\xff\x13[General\x00=\xfe", 12)},
+        {"wrong kinds",
+         "[General]\nVolume=loud\nDecodingPopUpItem=@Variant(garbage)\nAutoPlay=yes\n"
+         "FontSize2=12\nMainWindowFrameMono2=@Rect(1 2 3)\n"},
+        {"newer version",
+         "[General]\nSettingsVersion=99\nVolume=@Variant(\\0\\0\\0\\x99\\0\\x1\\x2)\n"
+         "QZRTotalFdFlsData=@ByteArray(\\xd9\\xd9\\xf7\\xbf)\nAspectRatio=21:9\n"},
+    };
+    for (const auto &c : cases) {
+        {
+            QFile file(fileName);
+            ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << c.name;
+            file.write(c.contents);
+        }
+        AppController &app = launch();
+        EXPECT_EQ(app.transportState().volume, 1.0) << c.name;
+        EXPECT_EQ(app.currentDecodingMode(), 1) << c.name;
+        EXPECT_EQ(app.menuState().aspectRatioName, "SAR") << c.name;
+        EXPECT_EQ(app.valueForCPFSetting("FontSize2"), QVariant(0.03)) << c.name;
+        EXPECT_EQ(requestedFrames.first().second.size(), QSize(960, 540)) << c.name;
+        app.applicationWillTerminate();
+        controller.reset();
+        requestedFrames.clear();
+        test::clearTolvaneSettings();
+    }
+}
+
+TEST(OpenResultMessage, MapsListedCodesAndShowsTheRestAsTheyCame) {
+    const struct {
+        const char *result;
+        const char *message;
+    } cases[] = {
+        {"-2005: no decoder for aac.", "The audio codec of this file is not supported."},
+        {"-2002: (null)", "The file has no video track."},
+        {"-2001: (null)", "-2001"},
+        {"-2006: Invalid data found when processing input.",
+         "Invalid data found when processing input."},
+        {"-3000", "-3000"},
+    };
+    for (const auto &c : cases) {
+        EXPECT_EQ(messageForOpenResult(QString::fromUtf8(c.result)), QString::fromUtf8(c.message))
+            << c.result;
+    }
+}
+
+TEST_F(ControllerTest, AFileThatCannotBeOpenedLeavesTheRestOfThePlaylistPlayable) {
+    setSetting("AutoPlay", 0);
+    tree.touch("show/Show 01.mkv", "not a video at all");
+    copyMedia("h264_aac.mkv", "show/Show 02.mkv");
+    AppController &c = launch();
+    QList<std::pair<WindowKind, bool>> shownWindows;
+    QObject::connect(&c, &AppController::windowVisibilityRequested,
+                     [&](WindowKind kind, bool isVisible) {
+                         shownWindows.append({kind, isVisible});
+                     });
+
+    c.openFile(tree.path("show/Show 01.mkv"));
+    ASSERT_EQ(ui.titles(), QStringList({"The file could not be opened."}));
+    EXPECT_EQ(c.playlist().playList.size(), 2);
+    EXPECT_EQ(shownWindows, (QList<std::pair<WindowKind, bool>>{{WindowKind::list, true}}));
+    EXPECT_EQ(c.pictureMode(), PictureMode::none);
+
+    c.doubleClickedAtTableView(1);
+    EXPECT_EQ(c.pictureMode(), PictureMode::ffmpeg);
+    EXPECT_TRUE(c.engine().isAlsoHaveMovie());
+    EXPECT_EQ(ui.shown.size(), 1);
+}
+
+TEST_F(ControllerTest, StoredPositionsResumeThreeSecondsEarlierBeyondThreeSeconds) {
+    setSetting("AutoPlay", 0);
+    const QUrl video = copyMedia("h264_aac_8s.mkv", "film.mkv");
+    const struct {
+        double storedSec;
+        double resumedSec;
+    } cases[] = {{2.5, 2.5}, {6.0, 3.0}, {100.0, 97.0}};
+    for (const auto &row : cases) {
+        TotalFdFlsData total;
+        FileEntry entry;
+        entry.fsize = quint64(QFileInfo(video.toLocalFile()).size());
+        entry.ctime = row.storedSec;
+        total.ttfile.insert(video.toLocalFile(), entry);
+        PlayedStateRecords::storeTotalFdFlsData(total);
+
+        AppController &c = launch();
+        c.openFile(video.toLocalFile());
+        EXPECT_EQ(c.playlist().reOpen.reOpenCTimeSec, row.resumedSec) << row.storedSec;
+        if (row.resumedSec < 8.0) {
+            EXPECT_NEAR(enginePositionSec(), row.resumedSec, 0.1) << row.storedSec;
+        }
+        c.applicationWillTerminate();
+        controller.reset();
+    }
+}
+
+// Episode 1 and 2 of one series, each with three audio tracks and a Korean
+// SAMI and a SubRip caption file.
+class CarryOverTest : public ControllerTest {
+protected:
+    void SetUp() override {
+        ControllerTest::SetUp();
+        setSetting("AutoPlay", 0);
+        for (const char *episode : {"Show 01", "Show 02"}) {
+            const QString base = QStringLiteral("show/") + QLatin1String(episode);
+            copyMedia("three_audio.mkv", base + ".mkv");
+            tree.touch(base + ".smi",
+                       "<SAMI><HEAD><STYLE TYPE=\"text/css\"><!--\n.KRCC {Name:Korean; "
+                       "lang:ko-KR;}\n--></STYLE></HEAD><BODY>\n<SYNC Start=0><P "
+                       "Class=KRCC>안녕</SYNC>\n</BODY></SAMI>\n");
+            tree.touch(base + ".srt", "1\n00:00:00,000 --> 00:00:01,000\nHello\n");
+        }
+    }
+    QStringList chosenCaptionTypes() {
+        QStringList types;
+        const auto &entries = controller->subtitle().entries();
+        for (const qint64 index :
+             {controller->subtitle().fstOrderIdx(), controller->subtitle().sndOrderIdx()}) {
+            types.append(index >= 0 && index < qint64(entries.size()) ? entries[index].fileType
+                                                                      : QString("-"));
+        }
+        return types;
+    }
+};
+
+TEST_F(CarryOverTest, ChoicesFollowToTheNextEpisodeButNeverBack) {
+    const struct {
+        int openedRow;
+        int movedToRow;
+        int audioStream;
+        QStringList captions;
+    } cases[] = {
+        {0, 1, 2, {"smi", "srt"}},  // forward: the choices come along
+        {1, 0, 1, {"smi", "-"}},    // back: the episode's own (default) state
+    };
+    for (const auto &row : cases) {
+        AppController &c = launch();
+        c.openFile(tree.path(row.openedRow == 0 ? "show/Show 01.mkv" : "show/Show 02.mkv"));
+        ASSERT_EQ(c.playlist().playList.size(), 2);
+        ASSERT_EQ(c.playlist().indexPlay, row.openedRow);
+        ASSERT_EQ(chosenCaptionTypes(), QStringList({"smi", "-"}));
+        c.changeAudioTrack(1);
+        c.toggleCaptionTrack(1);
+        ASSERT_EQ(c.engine().audioStreamIndex(), 2);
+        ASSERT_EQ(chosenCaptionTypes(), QStringList({"smi", "srt"}));
+
+        c.doubleClickedAtTableView(row.movedToRow);
+        EXPECT_EQ(c.playlist().indexPlay, row.movedToRow);
+        EXPECT_EQ(c.engine().audioStreamIndex(), row.audioStream) << row.openedRow;
+        EXPECT_EQ(chosenCaptionTypes(), row.captions) << row.openedRow;
+        c.applicationWillTerminate();
+        controller.reset();
+        test::clearTolvaneSettings();
+        setSetting("AutoPlay", 0);
+    }
+}
+
+TEST_F(CarryOverTest, SubtitlesOpenedAloneAreReadAgainWithoutReloadingTheVideo) {
+    QFile::remove(tree.path("show/Show 01.srt"));
+    AppController &c = launch();
+    c.openFile(tree.path("show/Show 01.mkv"));
+    ASSERT_EQ(c.subtitle().entryCount(), 1);
+    c.changeAudioTrack(2);
+    int pictureModeChanges = 0;
+    QObject::connect(&c, &AppController::pictureModeChanged, [&] { ++pictureModeChanges; });
+
+    const QUrl subtitle = tree.touch("show/Show 01.srt", "1\n00:00:00,000 --> 00:00:01,000\nHi\n");
+    c.openFile(subtitle.toLocalFile());
+    EXPECT_EQ(c.subtitle().entryCount(), 2);
+    EXPECT_EQ(pictureModeChanges, 0);
+    EXPECT_EQ(c.engine().audioStreamIndex(), 3) << "the video went on with its track";
+    EXPECT_EQ(PlayedStateRecords::readRecentFdFlsData().rcsubtitle.lurls.size(), 1);
+}
+
+TEST_F(ControllerTest, TheDisplayStaysAwakeWhilePlayingCheckedEveryFiftiethTick) {
+    setSetting("AutoPlay", 0);
+    AppController &c = launch();
+    c.openFile(copyMedia("h264_aac_8s.mkv", "film.mkv").toLocalFile());
+    const auto tick = [&](int count) {
+        for (int i = 0; i < count; ++i) {
+            c.updateDataAboutMovieForFF();
+        }
+    };
+    tick(49);
+    c.engine().setRate(1.0);
+    tick(1);
+    EXPECT_EQ(sleep->created, 1);
+    tick(50);
+    EXPECT_EQ(sleep->created, 1);
+    c.engine().setRate(0.0);
+    tick(49);
+    EXPECT_EQ(sleep->released, 0);
+    tick(1);
+    EXPECT_EQ(sleep->released, 1);
+}
+
+}  // namespace
+}  // namespace tolvane

@@ -1,0 +1,88 @@
+#pragma once
+
+#include <QList>
+#include <QStringList>
+
+#include "app/display_sleep_assertion.h"
+#include "app/native_mode_player.h"
+#include "app/user_interaction.h"
+
+namespace tolvane::test {
+
+// Records every alert and answers choices from a script: the next answer in
+// `answers`, or the second button (CANCEL) when the script has run out.
+class ScriptedUserInteraction final : public UserInteraction {
+public:
+    struct Shown {
+        QString title;
+        QString informativeText;
+        QStringList buttons;
+    };
+
+    void showAlert(const QString &title, const QString &informativeText) override {
+        shown.append({title, informativeText, {}});
+    }
+    int askChoice(const QString &title, const QString &informativeText,
+                  const QStringList &buttons) override {
+        shown.append({title, informativeText, buttons});
+        return answers.isEmpty() ? 1 : answers.takeFirst();
+    }
+    QStringList titles() const {
+        QStringList result;
+        for (const Shown &alert : shown) {
+            result.append(alert.title);
+        }
+        return result;
+    }
+
+    QList<Shown> shown;
+    QList<int> answers;
+};
+
+// A Native-mode player that loads nothing: the test says how each load ends.
+class ScriptedNativeModePlayer final : public NativeModePlayer {
+public:
+    void load(const QString &path, std::chrono::milliseconds) override { loadedPaths.append(path); }
+    void cancelLoading() override { ++cancelCount; }
+    void unload() override { isLoaded = false; }
+    bool hasMedia() const override { return isLoaded; }
+    double rate() const override { return rateValue; }
+    void setRate(double rate) override { rateValue = rate; }
+    double currentTimeSec() const override { return timeSec; }
+    double durationSec() const override { return 2.0; }
+    void seekToTime(double targetSec) override {
+        seeks.append(targetSec);
+        timeSec = targetSec;
+    }
+    void setVolume(float) override {}
+    QSize naturalSize() const override { return {320, 240}; }
+
+    void finishLoading(LoadOutcome outcome, QStringList unsupportedAudioCodecs = {}) {
+        isLoaded =
+            outcome == LoadOutcome::loaded || outcome == LoadOutcome::loadedWithoutAudibleTrack;
+        Q_EMIT loadFinished({outcome, {}, unsupportedAudioCodecs, {"vide", "soun"}});
+    }
+
+    QStringList loadedPaths;
+    QList<double> seeks;
+    int cancelCount = 0;
+    bool isLoaded = false;
+    double rateValue = 0.0;
+    double timeSec = 0.0;
+};
+
+class CountingDisplaySleepAssertion final : public DisplaySleepAssertion {
+public:
+    bool createAssertion() override {
+        ++created;
+        return true;
+    }
+    bool releaseAssertion() override {
+        ++released;
+        return true;
+    }
+    int created = 0;
+    int released = 0;
+};
+
+}  // namespace tolvane::test
