@@ -1,35 +1,132 @@
-// tolvane FILE: plays one file in a plain window. The full interface replaces
-// this entry point.
+// tolvane [PATH...]: the player. Opens the given files and folders, or hands
+// them to the Tolvane already running and exits.
 
 #include <QApplication>
-#include <QMessageBox>
+#include <QFileInfo>
+#include <QOffscreenSurface>
+#include <QOpenGLContext>
+#include <QSessionManager>
 #include <QSurfaceFormat>
 #include <QTextStream>
+#include <QUrl>
+#include <memory>
 
-#include "app/first_player_window.h"
+#include "app/app_controller.h"
+#include "app/desktop/screen_saver_inhibitor.h"
+#include "app/desktop/single_instance.h"
+#include "app/desktop/termination_signals.h"
+#include "app/native/qt_native_mode_player.h"
 #include "app/user_defaults.h"
 #include "base/localized_strings.h"
+#include "views/application_windows.h"
+#include "views/message_box_interaction.h"
+#include "views/native_picture_source.h"
+
+namespace {
+
+// The video view draws with OpenGL 3.3; without it (the offscreen platform, a
+// broken driver) the first frame would fail deep in the flush.
+bool canCreateOpenGLContext() {
+    QOffscreenSurface surface;
+    surface.setFormat(QSurfaceFormat::defaultFormat());
+    surface.create();
+    QOpenGLContext context;
+    context.setFormat(QSurfaceFormat::defaultFormat());
+    if (!surface.isValid() || !context.create() || !context.makeCurrent(&surface)) {
+        return false;
+    }
+    context.doneCurrent();
+    return true;
+}
+
+QStringList absolutePathsOfArguments(const QStringList &arguments) {
+    QStringList paths;
+    for (const QString &argument : arguments) {
+        const QUrl url(argument);
+        paths.append(url.isLocalFile() ? url.toLocalFile()
+                                       : QFileInfo(argument).absoluteFilePath());
+    }
+    return paths;
+}
+
+}  // namespace
 
 int main(int argc, char **argv) {
-    QSurfaceFormat::setDefaultFormat(tolvane::MyVideoView::preferredSurfaceFormat());
+    using namespace tolvane;
+    QSurfaceFormat::setDefaultFormat(MyVideoView::preferredSurfaceFormat());
     QApplication application(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Tolvane"));
     QApplication::setApplicationName(QStringLiteral("Tolvane"));
-    tolvane::installLocalizedStrings();
-    tolvane::removeOwnerlessSettingsLock();
+    QApplication::setDesktopFileName(QStringLiteral("tolvane"));
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/tolvane.svg")));
+    installLocalizedStrings();
+    removeOwnerlessSettingsLock();
 
-    const QStringList arguments = QApplication::arguments().mid(1);
-    if (arguments.isEmpty()) {
-        QTextStream(stderr) << "usage: tolvane FILE\n";
-        return 2;
+    const QStringList paths = absolutePathsOfArguments(QApplication::arguments().mid(1));
+    if (SingleInstance::handOverToRunningInstance(paths)) {
+        return 0;
     }
-    tolvane::FirstPlayerWindow window;
-    window.show();
-    const QString result = window.openAndPlay(arguments.first());
-    if (result != QLatin1String(tolvane::kOpenSucceeded)) {
-        QMessageBox::critical(&window, QStringLiteral("Tolvane"),
-                              QStringLiteral("%1\n%2").arg(arguments.first(), result));
+    if (!canCreateOpenGLContext()) {
+        QTextStream(stderr) << localizedString("NOOPENGL") << '\n';
         return 1;
+    }
+
+    MessageBoxInteraction interaction;
+    auto nativePlayer = std::make_unique<QtNativeModePlayer>();
+    QtNativeModePlayer *nativePlayerShown = nativePlayer.get();
+    AppController::Services services;
+    services.userInteraction = &interaction;
+    services.nativePlayer = std::move(nativePlayer);
+    services.displaySleep = std::make_unique<ScreenSaverInhibitor>();
+    AppController controller(std::move(services));
+
+    ApplicationWindows windows(controller, interaction);
+    NativePictureSource nativePictureSource(nativePlayerShown->videoSink());
+    MyVideoView &videoView = windows.mainWindow().view().videoView();
+    nativePictureSource.setWakeHandler([&videoView] { videoView.wakeRefresh(); });
+    windows.mainWindow().view().setNativePictureSource(&nativePictureSource);
+
+    controller.awakeFromNib();
+    windows.mainWindow().show();
+    controller.applicationDidFinishLaunching();
+
+    // Every road out (Quit, closing the window, a signal, the session ending)
+    // saves once, then leaves the event loop.
+    const auto quitInOrder = [&controller] {
+        if (!controller.isWillTerminateNotified()) {
+            controller.applicationWillTerminate();
+        }
+        QApplication::quit();
+    };
+    QObject::connect(&windows, &ApplicationWindows::quitRequested, &application, quitInOrder);
+    TerminationSignals terminationSignals;
+    QObject::connect(&terminationSignals, &TerminationSignals::terminationRequested, &application,
+                     quitInOrder);
+    QObject::connect(&application, &QGuiApplication::commitDataRequest, &application,
+                     [quitInOrder](QSessionManager &) { quitInOrder(); });
+    QObject::connect(&application, &QCoreApplication::aboutToQuit, &application, [&controller] {
+        if (!controller.isWillTerminateNotified()) {
+            controller.applicationWillTerminate();
+        }
+    });
+
+    SingleInstance singleInstance;
+    singleInstance.registerAsRunningInstance();
+    QObject::connect(&singleInstance, &SingleInstance::pathsReceived, &controller,
+                     [&controller, &windows](const QStringList &received) {
+                         for (const QString &path : received) {
+                             controller.openFile(path);
+                         }
+                         windows.mainWindow().raise();
+                         windows.mainWindow().activateWindow();
+                     });
+
+    if (!paths.isEmpty()) {
+        QList<QUrl> urls;
+        for (const QString &path : paths) {
+            urls.append(QUrl::fromLocalFile(path));
+        }
+        controller.openPanelOK(urls);
     }
     return QApplication::exec();
 }

@@ -10,13 +10,13 @@ namespace tolvane {
 
 namespace {
 
-QMatrix3x3 yuvToRgbMatrix(ColourMatrix matrix) {
+QMatrix3x3 yuvToRgbMatrix(ColourMatrix matrix, bool isFullRange = false) {
     const double kr = matrix == ColourMatrix::Bt709 ? 0.2126 : 0.299;
     const double kb = matrix == ColourMatrix::Bt709 ? 0.0722 : 0.114;
     const double kg = 1.0 - kr - kb;
     // Video range: luma spans 219 and chroma 224 of the 255 steps.
-    const double y = 255.0 / 219.0;
-    const double c = 255.0 / 224.0;
+    const double y = isFullRange ? 1.0 : 255.0 / 219.0;
+    const double c = isFullRange ? 1.0 : 255.0 / 224.0;
     const float rows[9] = {
         float(y),
         0.0f,
@@ -57,8 +57,9 @@ bool VideoPictureRenderer::initialize() {
     }
     gl.initializeOpenGLFunctions();
     convertProgram = buildProgram(":/shaders/picture.vert", ":/shaders/convert.frag");
+    convertPlanesProgram = buildProgram(":/shaders/picture.vert", ":/shaders/convert_planes.frag");
     presentProgram = buildProgram(":/shaders/picture.vert", ":/shaders/present.frag");
-    if (!convertProgram || !presentProgram) {
+    if (!convertProgram || !convertPlanesProgram || !presentProgram) {
         return false;
     }
     quadArray.create();
@@ -83,12 +84,19 @@ void VideoPictureRenderer::release() {
         gl.glDeleteTextures(1, &pictureTexture);
         pictureTexture = 0;
     }
+    for (PlaneTexture &plane : planeTextures) {
+        if (plane.id != 0) {
+            gl.glDeleteTextures(1, &plane.id);
+        }
+        plane = {};
+    }
     if (quadBuffer != 0) {
         gl.glDeleteBuffers(1, &quadBuffer);
         quadBuffer = 0;
     }
     quadArray.destroy();
     convertProgram.reset();
+    convertPlanesProgram.reset();
     presentProgram.reset();
     pictureTextureLayout.reset();
     pictureTextureSize = {};
@@ -140,6 +148,10 @@ void VideoPictureRenderer::uploadPicture(const PictureView &picture, PictureLayo
     gl.glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, size.width(), size.height(), format, type,
                        picture.data);
 
+    ensureConvertedPicture(size);
+}
+
+void VideoPictureRenderer::ensureConvertedPicture(QSize size) {
     if (!convertedPicture || convertedPicture->size() != size) {
         QOpenGLFramebufferObjectFormat fboFormat;
         fboFormat.setInternalTextureFormat(GL_RGBA16F);
@@ -148,6 +160,45 @@ void VideoPictureRenderer::uploadPicture(const PictureView &picture, PictureLayo
         gl.glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
         gl.glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
     }
+}
+
+void VideoPictureRenderer::presentConvertedPicture(GLuint targetFramebuffer, QSize viewportPixels) {
+    gl.glBindFramebuffer(GL_FRAMEBUFFER, targetFramebuffer);
+    gl.glViewport(0, 0, viewportPixels.width(), viewportPixels.height());
+    presentProgram->bind();
+    presentProgram->setUniformValue("converted", 0);
+    gl.glActiveTexture(GL_TEXTURE0);
+    gl.glBindTexture(GL_TEXTURE_2D, convertedPicture->texture());
+    quadArray.bind();
+    gl.glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
+    quadArray.release();
+    presentProgram->release();
+}
+
+void VideoPictureRenderer::uploadPlane(PlaneTexture &texture, QSize size, GLenum internalFormat,
+                                       GLenum format, int bytesPerPixel, const unsigned char *data,
+                                       int bytesPerLine) {
+    if (texture.id == 0) {
+        gl.glGenTextures(1, &texture.id);
+    }
+    gl.glBindTexture(GL_TEXTURE_2D, texture.id);
+    if (texture.size != size || texture.internalFormat != internalFormat) {
+        gl.glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
+        gl.glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
+        gl.glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
+        gl.glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
+        gl.glTexImage2D(GL_TEXTURE_2D, 0, GLint(internalFormat), size.width(), size.height(), 0,
+                        format, GL_UNSIGNED_BYTE, nullptr);
+        texture.size = size;
+        texture.internalFormat = internalFormat;
+        ++textureAllocations;
+    }
+    // Padded rows are skipped by the unpack row length, in pixels.
+    gl.glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
+    gl.glPixelStorei(GL_UNPACK_ROW_LENGTH, bytesPerLine / bytesPerPixel);
+    gl.glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, size.width(), size.height(), format,
+                       GL_UNSIGNED_BYTE, data);
+    gl.glPixelStorei(GL_UNPACK_ROW_LENGTH, 0);
 }
 
 void VideoPictureRenderer::drawPicture(const PictureView &picture, QSize viewportPixels) {
@@ -177,15 +228,68 @@ void VideoPictureRenderer::drawPicture(const PictureView &picture, QSize viewpor
     gl.glBindTexture(GL_TEXTURE_2D, pictureTexture);
     quadArray.bind();
     gl.glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
+    quadArray.release();
+    presentConvertedPicture(GLuint(targetFramebuffer), viewportPixels);
+}
 
-    gl.glBindFramebuffer(GL_FRAMEBUFFER, GLuint(targetFramebuffer));
-    gl.glViewport(0, 0, viewportPixels.width(), viewportPixels.height());
-    presentProgram->bind();
-    presentProgram->setUniformValue("converted", 0);
-    gl.glBindTexture(GL_TEXTURE_2D, convertedPicture->texture());
+void VideoPictureRenderer::drawFramePlanes(const FramePlanesView &frame, QSize viewportPixels) {
+    if (!initialized || frame.width < 2 || frame.height < 2 || frame.planes[0] == nullptr) {
+        return;
+    }
+    const bool isYuv =
+        frame.layout == FramePlaneLayout::Yuv420Planar || frame.layout == FramePlaneLayout::Nv12;
+    const int planeCount = frame.layout == FramePlaneLayout::Yuv420Planar ? 3
+                           : frame.layout == FramePlaneLayout::Nv12       ? 2
+                                                                          : 1;
+    for (int plane = 0; plane < planeCount; ++plane) {
+        if (frame.planes[plane] == nullptr) {
+            return;
+        }
+    }
+    GLint targetFramebuffer = 0;
+    gl.glGetIntegerv(GL_FRAMEBUFFER_BINDING, &targetFramebuffer);
+    gl.glDisable(GL_BLEND);
+
+    const QSize size(frame.width, frame.height);
+    const QSize chromaSize((frame.width + 1) / 2, (frame.height + 1) / 2);
+    gl.glActiveTexture(GL_TEXTURE0);
+    // First: making the target binds its texture to the active unit.
+    ensureConvertedPicture(size);
+    if (isYuv) {
+        uploadPlane(planeTextures[0], size, GL_R8, GL_RED, 1, frame.planes[0],
+                    frame.bytesPerLine[0]);
+        gl.glActiveTexture(GL_TEXTURE1);
+        if (frame.layout == FramePlaneLayout::Nv12) {
+            uploadPlane(planeTextures[1], chromaSize, GL_RG8, GL_RG, 2, frame.planes[1],
+                        frame.bytesPerLine[1]);
+        } else {
+            uploadPlane(planeTextures[1], chromaSize, GL_R8, GL_RED, 1, frame.planes[1],
+                        frame.bytesPerLine[1]);
+            gl.glActiveTexture(GL_TEXTURE2);
+            uploadPlane(planeTextures[2], chromaSize, GL_R8, GL_RED, 1, frame.planes[2],
+                        frame.bytesPerLine[2]);
+        }
+    } else {
+        uploadPlane(planeTextures[0], size, GL_RGBA8, GL_RGBA, 4, frame.planes[0],
+                    frame.bytesPerLine[0]);
+    }
+
+    convertedPicture->bind();
+    gl.glViewport(0, 0, frame.width, frame.height);
+    convertPlanesProgram->bind();
+    convertPlanesProgram->setUniformValue("plane0", 0);
+    convertPlanesProgram->setUniformValue("plane1", 1);
+    convertPlanesProgram->setUniformValue("plane2", 2);
+    convertPlanesProgram->setUniformValue("planeLayout", int(frame.layout));
+    convertPlanesProgram->setUniformValue("pictureSize", QSizeF(size));
+    convertPlanesProgram->setUniformValue("yuvToRgb",
+                                          yuvToRgbMatrix(frame.matrix, frame.isFullRange));
+    convertPlanesProgram->setUniformValue("lumaOffset", frame.isFullRange ? 0.0f : 16.0f / 255.0f);
+    quadArray.bind();
     gl.glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
     quadArray.release();
-    presentProgram->release();
+    convertPlanesProgram->release();
+    presentConvertedPicture(GLuint(targetFramebuffer), viewportPixels);
 }
 
 }  // namespace tolvane

@@ -5,10 +5,12 @@
 #include <QOpenGLShaderProgram>
 #include <QOpenGLVertexArrayObject>
 #include <QSize>
+#include <array>
 #include <memory>
 #include <optional>
 
 #include "engine/picture_layout.h"
+#include "engine/presentation/frame_planes.h"
 
 namespace tolvane {
 
@@ -33,21 +35,36 @@ public:
     // Draws `picture` filling a viewport of `viewportPixels` in the currently
     // bound framebuffer. A picture without data draws nothing.
     void drawPicture(const PictureView &picture, QSize viewportPixels);
+    // Draws a frame handed over as planes (Native mode), converted on the GPU
+    // like the engine's bitmaps but without the exposure adjustment: the
+    // platform player's pictures are shown as it decoded them.
+    void drawFramePlanes(const FramePlanesView &frame, QSize viewportPixels);
     // Clears the bound framebuffer to black.
     void clear(QSize viewportPixels);
 
     // Frees the GL objects; the context must be current.
     void release();
 
-    // How many times the picture texture had to be (re)allocated: stays put
-    // while consecutive pictures keep their size and layout.
+    // How many times a picture or plane texture had to be (re)allocated:
+    // stays put while consecutive pictures keep their size and layout.
     int textureAllocationCount() const { return textureAllocations; }
 
 private:
+    struct PlaneTexture {
+        GLuint id = 0;
+        QSize size;
+        GLenum internalFormat = 0;
+    };
+
     void uploadPicture(const PictureView &picture, PictureLayout layout, int rows);
+    void uploadPlane(PlaneTexture &texture, QSize size, GLenum internalFormat, GLenum format,
+                     int bytesPerPixel, const unsigned char *data, int bytesPerLine);
+    void ensureConvertedPicture(QSize size);
+    void presentConvertedPicture(GLuint targetFramebuffer, QSize viewportPixels);
 
     QOpenGLExtraFunctions gl;
     std::unique_ptr<QOpenGLShaderProgram> convertProgram;
+    std::unique_ptr<QOpenGLShaderProgram> convertPlanesProgram;
     std::unique_ptr<QOpenGLShaderProgram> presentProgram;
     std::unique_ptr<QOpenGLFramebufferObject> convertedPicture;
     QOpenGLVertexArrayObject quadArray;
@@ -55,6 +72,7 @@ private:
     GLuint pictureTexture = 0;
     QSize pictureTextureSize;
     std::optional<PictureLayout> pictureTextureLayout;
+    std::array<PlaneTexture, 3> planeTextures;
     int textureAllocations = 0;
     bool initialized = false;
 };

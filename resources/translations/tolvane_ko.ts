@@ -59,6 +59,382 @@
         <source>This subtitle file could not be read.</source>
         <translation>이 자막 파일을 읽을 수 없습니다.</translation>
     </message>
+    <message id="MENU_FILE">
+        <source>File</source>
+        <translation>파일</translation>
+    </message>
+    <message id="MENU_OPEN_FILES">
+        <source>Open Files…</source>
+        <translation>파일 열기…</translation>
+    </message>
+    <message id="MENU_OPEN_FOLDER">
+        <source>Open Folder…</source>
+        <translation>폴더 열기…</translation>
+    </message>
+    <message id="MENU_OPEN_RECENT">
+        <source>Open Recent</source>
+        <translation>최근 항목 열기</translation>
+    </message>
+    <message id="MENU_OPEN_RECENT_ITEM">
+        <source>Open Recent: %1</source>
+        <translation>최근 항목 열기: %1</translation>
+    </message>
+    <message id="MENU_MOVE_TO_TRASH">
+        <source>Move to Trash</source>
+        <translation>휴지통으로 이동</translation>
+    </message>
+    <message id="MENU_QUIT">
+        <source>Quit</source>
+        <translation>종료</translation>
+    </message>
+    <message id="MENU_PLAYBACK">
+        <source>Playback</source>
+        <translation>재생</translation>
+    </message>
+    <message id="MENU_PLAY_PAUSE">
+        <source>Play / Pause</source>
+        <translation>재생 / 일시 정지</translation>
+    </message>
+    <message id="MENU_FORWARD">
+        <source>Forward 3 Seconds</source>
+        <translation>3초 앞으로</translation>
+    </message>
+    <message id="MENU_BACKWARD">
+        <source>Back 3 Seconds</source>
+        <translation>3초 뒤로</translation>
+    </message>
+    <message id="MENU_SKIP_FORWARD">
+        <source>Skip Forward</source>
+        <translation>건너뛰기</translation>
+    </message>
+    <message id="MENU_VOLUME_UP">
+        <source>Volume Up</source>
+        <translation>볼륨 높이기</translation>
+    </message>
+    <message id="MENU_VOLUME_DOWN">
+        <source>Volume Down</source>
+        <translation>볼륨 낮추기</translation>
+    </message>
+    <message id="MENU_MUTE">
+        <source>Mute</source>
+        <translation>음소거</translation>
+    </message>
+    <message id="MENU_AUTO_PLAY">
+        <source>Play Next File Automatically</source>
+        <translation>다음 파일 자동 재생</translation>
+    </message>
+    <message id="MENU_PREVIOUS_FILE">
+        <source>Previous File</source>
+        <translation>이전 파일</translation>
+    </message>
+    <message id="MENU_NEXT_FILE">
+        <source>Next File</source>
+        <translation>다음 파일</translation>
+    </message>
+    <message id="MENU_CAPTIONS">
+        <source>Captions</source>
+        <translation>자막</translation>
+    </message>
+    <message id="MENU_CAPTION_EARLIER">
+        <source>Show Captions Earlier</source>
+        <translation>자막 빠르게</translation>
+    </message>
+    <message id="MENU_CAPTION_LATER">
+        <source>Show Captions Later</source>
+        <translation>자막 느리게</translation>
+    </message>
+    <message id="MENU_CAPTION_UP">
+        <source>Move Captions Up</source>
+        <translation>자막 위로 이동</translation>
+    </message>
+    <message id="MENU_CAPTION_DOWN">
+        <source>Move Captions Down</source>
+        <translation>자막 아래로 이동</translation>
+    </message>
+    <message id="MENU_ANOTHER_COLOR">
+        <source>Alternative Default Colour</source>
+        <translation>다른 기본 색상</translation>
+    </message>
+    <message id="MENU_VIEW">
+        <source>View</source>
+        <translation>보기</translation>
+    </message>
+    <message id="MENU_RATIO_SAR">
+        <source>Original Aspect Ratio</source>
+        <translation>원래 화면 비율</translation>
+    </message>
+    <message id="MENU_RATIO_4_3">
+        <source>4:3</source>
+        <translation>4:3</translation>
+    </message>
+    <message id="MENU_RATIO_16_9">
+        <source>16:9</source>
+        <translation>16:9</translation>
+    </message>
+    <message id="MENU_RATIO_1_85">
+        <source>1.85:1</source>
+        <translation>1.85:1</translation>
+    </message>
+    <message id="MENU_RATIO_2_35">
+        <source>2.35:1</source>
+        <translation>2.35:1</translation>
+    </message>
+    <message id="MENU_RATIO_2_40">
+        <source>2.40:1</source>
+        <translation>2.40:1</translation>
+    </message>
+    <message id="MENU_ALWAYS_ON_TOP">
+        <source>Always on Top</source>
+        <translation>항상 위에 표시</translation>
+    </message>
+    <message id="MENU_INCREASE_SIZE">
+        <source>Increase Size</source>
+        <translation>크기 키우기</translation>
+    </message>
+    <message id="MENU_DECREASE_SIZE">
+        <source>Decrease Size</source>
+        <translation>크기 줄이기</translation>
+    </message>
+    <message id="MENU_FULL_SCREEN">
+        <source>Full Screen</source>
+        <translation>전체 화면</translation>
+    </message>
+    <message id="MENU_LEAVE_FULL_SCREEN">
+        <source>Leave Full Screen</source>
+        <translation>전체 화면 끝내기</translation>
+    </message>
+    <message id="MENU_WINDOW">
+        <source>Window</source>
+        <translation>윈도우</translation>
+    </message>
+    <message id="MENU_INSPECTOR">
+        <source>Inspector</source>
+        <translation>정보</translation>
+    </message>
+    <message id="MENU_PLAYLIST">
+        <source>Playlist</source>
+        <translation>재생 목록</translation>
+    </message>
+    <message id="MENU_PREFERENCES">
+        <source>Preferences…</source>
+        <translation>환경설정…</translation>
+    </message>
+    <message id="CONTROL_PLAY_PAUSE">
+        <source>Play or pause</source>
+        <translation>재생 또는 일시 정지</translation>
+    </message>
+    <message id="CONTROL_PREVIOUS_FILE">
+        <source>Previous file</source>
+        <translation>이전 파일</translation>
+    </message>
+    <message id="CONTROL_NEXT_FILE">
+        <source>Next file</source>
+        <translation>다음 파일</translation>
+    </message>
+    <message id="CONTROL_EARLIER_CAPTION">
+        <source>Captions earlier</source>
+        <translation>자막 빠르게</translation>
+    </message>
+    <message id="CONTROL_LATER_CAPTION">
+        <source>Captions later</source>
+        <translation>자막 느리게</translation>
+    </message>
+    <message id="CONTROL_MUTE">
+        <source>Mute</source>
+        <translation>음소거</translation>
+    </message>
+    <message id="CONTROL_VOLUME">
+        <source>Volume</source>
+        <translation>볼륨</translation>
+    </message>
+    <message id="CONTROL_INSPECTOR">
+        <source>Inspector</source>
+        <translation>정보</translation>
+    </message>
+    <message id="CONTROL_PLAYLIST">
+        <source>Playlist</source>
+        <translation>재생 목록</translation>
+    </message>
+    <message id="CONTROL_FULL_WINDOW">
+        <source>Full screen</source>
+        <translation>전체 화면</translation>
+    </message>
+    <message id="WINDOW_CLOSE">
+        <source>Close</source>
+        <translation>닫기</translation>
+    </message>
+    <message id="WINDOW_MINIMISE">
+        <source>Minimise</source>
+        <translation>최소화</translation>
+    </message>
+    <message id="WINDOW_ZOOM">
+        <source>Zoom</source>
+        <translation>확대/축소</translation>
+    </message>
+    <message id="OPEN_VIDEOS_AND_CAPTIONS">
+        <source>Videos and captions</source>
+        <translation>동영상과 자막</translation>
+    </message>
+    <message id="OPEN_ALL_FILES">
+        <source>All files</source>
+        <translation>모든 파일</translation>
+    </message>
+    <message id="ENCODING_AUTOMATIC">
+        <source>Automatic</source>
+        <translation>자동</translation>
+    </message>
+    <message id="INSPECTOR_TITLE">
+        <source>Inspector</source>
+        <translation>정보</translation>
+    </message>
+    <message id="INSPECTOR_FRAME_RATE">
+        <source>Frame rate</source>
+        <translation>프레임 속도</translation>
+    </message>
+    <message id="INSPECTOR_BIT_RATE">
+        <source>Bit rate</source>
+        <translation>비트 전송률</translation>
+    </message>
+    <message id="INSPECTOR_PICTURE_SIZE">
+        <source>Picture size</source>
+        <translation>화면 크기</translation>
+    </message>
+    <message id="INSPECTOR_VIDEO_FORMAT">
+        <source>Video format</source>
+        <translation>비디오 형식</translation>
+    </message>
+    <message id="INSPECTOR_SOUND">
+        <source>Sound track</source>
+        <translation>오디오 트랙</translation>
+    </message>
+    <message id="INSPECTOR_CAPTIONS">
+        <source>Caption tracks</source>
+        <translation>자막 트랙</translation>
+    </message>
+    <message id="INSPECTOR_NO_CAPTIONS">
+        <source>No captions</source>
+        <translation>자막 없음</translation>
+    </message>
+    <message id="INSPECTOR_TEXT_ENCODING">
+        <source>Caption text encoding</source>
+        <translation>자막 문자 인코딩</translation>
+    </message>
+    <message id="INSPECTOR_DELAY">
+        <source>%1 %2 s</source>
+        <translation>%1 %2초</translation>
+    </message>
+    <message id="INSPECTOR_FIRST">
+        <source>first</source>
+        <translation>첫째</translation>
+    </message>
+    <message id="INSPECTOR_SECOND">
+        <source>second</source>
+        <translation>둘째</translation>
+    </message>
+    <message id="PLAYLIST_TITLE">
+        <source>Playlist</source>
+        <translation>재생 목록</translation>
+    </message>
+    <message id="PLAYLIST_RESET_PLAYED">
+        <source>Reset Played State</source>
+        <translation>재생 기록 지우기</translation>
+    </message>
+    <message id="PREFERENCES_TITLE">
+        <source>Preferences</source>
+        <translation>환경설정</translation>
+    </message>
+    <message id="PREFERENCES_DECODING">
+        <source>Decoding</source>
+        <translation>디코딩</translation>
+    </message>
+    <message id="PREFERENCES_DECODING_MODE">
+        <source>Decoding mode</source>
+        <translation>디코딩 방식</translation>
+    </message>
+    <message id="PREFERENCES_NATIVE_MODE">
+        <source>Native (GStreamer)</source>
+        <translation>기본 (GStreamer)</translation>
+    </message>
+    <message id="PREFERENCES_FFMPEG_MODE">
+        <source>FFmpeg</source>
+        <translation>FFmpeg</translation>
+    </message>
+    <message id="PREFERENCES_HARDWARE_DECODING">
+        <source>Hardware decoding of H.264</source>
+        <translation>H.264 하드웨어 디코딩</translation>
+    </message>
+    <message id="PREFERENCES_TEN_BIT">
+        <source>10-bit output</source>
+        <translation>10비트 출력</translation>
+    </message>
+    <message id="PREFERENCES_CAPTIONS">
+        <source>Captions</source>
+        <translation>자막</translation>
+    </message>
+    <message id="PREFERENCES_TEXT_ENCODING">
+        <source>Default text encoding</source>
+        <translation>기본 문자 인코딩</translation>
+    </message>
+    <message id="PREFERENCES_WHERE_FOLDER">
+        <source>Caption folder</source>
+        <translation>자막 폴더</translation>
+    </message>
+    <message id="PREFERENCES_WHERE_NONE">
+        <source>None: captions are looked for beside the video</source>
+        <translation>없음: 동영상과 같은 폴더에서 자막을 찾습니다</translation>
+    </message>
+    <message id="PREFERENCES_WHERE_CHOOSE">
+        <source>Choose…</source>
+        <translation>선택…</translation>
+    </message>
+    <message id="PREFERENCES_WHERE_SHOW">
+        <source>Show</source>
+        <translation>열기</translation>
+    </message>
+    <message id="PREFERENCES_WHERE_CLEAR">
+        <source>Clear</source>
+        <translation>지우기</translation>
+    </message>
+    <message id="PREFERENCES_FONT">
+        <source>Caption font</source>
+        <translation>자막 글꼴</translation>
+    </message>
+    <message id="PREFERENCES_FONT_CHOOSE">
+        <source>Choose a font…</source>
+        <translation>글꼴 선택…</translation>
+    </message>
+    <message id="PREFERENCES_FONT_SIZE">
+        <source>Size (fraction of the width)</source>
+        <translation>크기 (화면 너비 대비)</translation>
+    </message>
+    <message id="PREFERENCES_BOLD">
+        <source>Bold</source>
+        <translation>굵게</translation>
+    </message>
+    <message id="PREFERENCES_SPACING">
+        <source>Line spacing</source>
+        <translation>줄 간격</translation>
+    </message>
+    <message id="PREFERENCES_MARGIN">
+        <source>Margin (fraction of the height)</source>
+        <translation>여백 (화면 높이 대비)</translation>
+    </message>
+    <message id="PREFERENCES_ANOTHER_COLOR">
+        <source>Alternative default colour</source>
+        <translation>다른 기본 색상</translation>
+    </message>
+    <message id="PREFERENCES_SCREEN">
+        <source>On screen</source>
+        <translation>화면 표시</translation>
+    </message>
+    <message id="PREFERENCES_SHOW_MESSAGES">
+        <source>Show status messages</source>
+        <translation>상태 메시지 표시</translation>
+    </message>
+    <message id="NOOPENGL">
+        <source>Tolvane needs OpenGL 3.3 to show video, and no OpenGL context could be created here (no display, or a broken graphics driver).</source>
+        <translation>Tolvane은 동영상을 보여 주려면 OpenGL 3.3이 필요한데, 여기서는 OpenGL 컨텍스트를 만들 수 없습니다 (디스플레이가 없거나 그래픽 드라이버에 문제가 있습니다).</translation>
+    </message>
     <message id="NOTOPENEDVIDEO">
         <source>No video is open.</source>
         <translation>열린 동영상이 없습니다.</translation>

@@ -48,6 +48,14 @@ protected:
         return target->toImage(true).convertToFormat(QImage::Format_RGB32);
     }
 
+    QImage draw(const FramePlanesView &frame) {
+        target->bind();
+        renderer.clear(kViewport);
+        renderer.drawFramePlanes(frame, kViewport);
+        target->release();
+        return target->toImage(true).convertToFormat(QImage::Format_RGB32);
+    }
+
     // Expects the colour at a fraction of the view, from the top left.
     static void expectColourAt(const QImage &image, double fx, double fy, QRgb expected) {
         const QRgb actual = image.pixel(int(fx * image.width()), int(fy * image.height()));
@@ -158,6 +166,116 @@ TEST_F(RendererTest, OddWidthsAndEmptyPicturesAreSafe) {
     const QImage image = draw({kPixelFormat420p8, true, odd.data(), 33, 9});
     expectColourAt(image, 0.5, 0.5, qRgb(255, 0, 0));
     expectColourAt(draw({kPixelFormat420p8, true, nullptr, 0, 0}), 0.5, 0.5, qRgb(0, 0, 0));
+}
+
+// Frames handed over as planes, each with padded rows and a top half that
+// differs from the bottom half, so that strides, plane order, byte order and
+// orientation all show in the read-back.
+TEST_F(RendererTest, FramePlanesOfEveryLayoutKeepColoursAndOrientation) {
+    constexpr int kWidth = 16;
+    constexpr int kHeight = 12;
+    constexpr int kPadding = 8;
+    struct Colour {
+        std::uint8_t a, b, c;  // Y U V, or R G B
+    };
+    struct Case {
+        const char *name;
+        FramePlaneLayout layout;
+        ColourMatrix matrix;
+        bool isFullRange;
+        Colour top, bottom;
+        QRgb expectedTop, expectedBottom;
+    };
+    const Case cases[] = {
+        {"yuv420p bt601",
+         FramePlaneLayout::Yuv420Planar,
+         ColourMatrix::Bt601,
+         false,
+         {81, 90, 240},
+         {41, 240, 110},
+         qRgb(255, 0, 0),
+         qRgb(0, 0, 255)},
+        {"nv12 bt709",
+         FramePlaneLayout::Nv12,
+         ColourMatrix::Bt709,
+         false,
+         {173, 42, 26},
+         {235, 128, 128},
+         qRgb(0, 255, 0),
+         qRgb(255, 255, 255)},
+        {"nv12 full range",
+         FramePlaneLayout::Nv12,
+         ColourMatrix::Bt601,
+         true,
+         {0, 128, 128},
+         {255, 128, 128},
+         qRgb(0, 0, 0),
+         qRgb(255, 255, 255)},
+        {"rgba",
+         FramePlaneLayout::Rgba8,
+         ColourMatrix::Bt601,
+         false,
+         {255, 0, 0},
+         {0, 64, 128},
+         qRgb(255, 0, 0),
+         qRgb(0, 64, 128)},
+        {"bgra",
+         FramePlaneLayout::Bgra8,
+         ColourMatrix::Bt601,
+         false,
+         {255, 0, 0},
+         {0, 64, 128},
+         qRgb(0, 0, 255),
+         qRgb(128, 64, 0)},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.name);
+        const bool isRgb =
+            c.layout == FramePlaneLayout::Rgba8 || c.layout == FramePlaneLayout::Bgra8;
+        const int lumaStride = (isRgb ? kWidth * 4 : kWidth) + kPadding;
+        const int chromaStride =
+            (c.layout == FramePlaneLayout::Nv12 ? kWidth : kWidth / 2) + kPadding;
+        std::vector<std::uint8_t> luma(std::size_t(lumaStride) * kHeight, 0xEE);
+        std::vector<std::uint8_t> chroma[2] = {
+            std::vector<std::uint8_t>(std::size_t(chromaStride) * kHeight / 2, 0xEE),
+            std::vector<std::uint8_t>(std::size_t(chromaStride) * kHeight / 2, 0xEE)};
+        for (int row = 0; row < kHeight; ++row) {
+            const Colour &colour = row < kHeight / 2 ? c.top : c.bottom;
+            for (int x = 0; x < kWidth; ++x) {
+                std::uint8_t *at = &luma[std::size_t(row) * lumaStride];
+                if (isRgb) {
+                    at[x * 4] = colour.a;
+                    at[x * 4 + 1] = colour.b;
+                    at[x * 4 + 2] = colour.c;
+                    at[x * 4 + 3] = 255;
+                } else {
+                    at[x] = colour.a;
+                }
+            }
+            if (!isRgb && row % 2 == 0) {
+                for (int x = 0; x < kWidth / 2; ++x) {
+                    const std::size_t line = std::size_t(row / 2) * chromaStride;
+                    if (c.layout == FramePlaneLayout::Nv12) {
+                        chroma[0][line + x * 2] = colour.b;
+                        chroma[0][line + x * 2 + 1] = colour.c;
+                    } else {
+                        chroma[0][line + x] = colour.b;
+                        chroma[1][line + x] = colour.c;
+                    }
+                }
+            }
+        }
+        FramePlanesView frame{c.layout,
+                              kWidth,
+                              kHeight,
+                              {luma.data(), chroma[0].data(), chroma[1].data()},
+                              {lumaStride, chromaStride, chromaStride},
+                              c.matrix,
+                              c.isFullRange};
+        const QImage image = draw(frame);
+        expectColourAt(image, 0.5, 0.2, c.expectedTop);
+        expectColourAt(image, 0.5, 0.8, c.expectedBottom);
+    }
 }
 
 }  // namespace

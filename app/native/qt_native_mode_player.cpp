@@ -1,0 +1,247 @@
+#include "qt_native_mode_player.h"
+
+#include <QMediaMetaData>
+#include <QUrl>
+#include <algorithm>
+
+#include "base/log.h"
+
+namespace tolvane {
+
+namespace {
+
+using LoadOutcome = NativeModePlayer::LoadOutcome;
+
+// Qt 6.5 and later default to their FFmpeg back end; Native mode is the
+// platform's GStreamer. A choice made in the environment is kept.
+bool chooseGStreamerBackend() {
+    if (qEnvironmentVariableIsEmpty("QT_MEDIA_BACKEND")) {
+        qputenv("QT_MEDIA_BACKEND", "gstreamer");
+    }
+    return true;
+}
+
+// How the player's errors during a load read as outcomes: a format it does
+// not support leaves nothing it can play; the others are failures whose
+// description the user sees.
+struct ErrorOutcome {
+    QMediaPlayer::Error error;
+    LoadOutcome outcome;
+};
+constexpr ErrorOutcome kErrorOutcomes[] = {
+    {QMediaPlayer::FormatError, LoadOutcome::notPlayable},
+    {QMediaPlayer::ResourceError, LoadOutcome::failed},
+    {QMediaPlayer::NetworkError, LoadOutcome::failed},
+    {QMediaPlayer::AccessDeniedError, LoadOutcome::failed},
+};
+
+LoadOutcome outcomeForError(QMediaPlayer::Error error) {
+    for (const ErrorOutcome &entry : kErrorOutcomes) {
+        if (entry.error == error) {
+            return entry.outcome;
+        }
+    }
+    return LoadOutcome::failed;
+}
+
+NativeModePlayer::LoadResult unloadedResult(LoadOutcome outcome, const QString &description = {}) {
+    NativeModePlayer::LoadResult result;
+    result.outcome = outcome;
+    result.errorDescription = description;
+    return result;
+}
+
+// The probe gets the count-down's time, but never more than the stop bound,
+// so that a cancel always finds it ended within that bound. GStreamer's
+// discoverer takes no timeout under a second.
+std::chrono::milliseconds probeTimeoutFor(std::chrono::milliseconds countDown) {
+    return std::clamp(countDown, std::chrono::milliseconds(1000), MediaProbeThread::kStopBound);
+}
+
+}  // namespace
+
+QtNativeModePlayer::QtNativeModePlayer(QObject *parent)
+    : NativeModePlayer(parent), isBackendChosen(chooseGStreamerBackend()) {
+    player.setAudioOutput(&audioOutput);
+    player.setVideoSink(&sink);
+    countDownTimer.setSingleShot(true);
+    connect(&countDownTimer, &QTimer::timeout, this, [this] {
+        player.setSource(QUrl());
+        finishLoading(unloadedResult(LoadOutcome::cancelled));
+    });
+    connect(&player, &QMediaPlayer::mediaStatusChanged, this,
+            &QtNativeModePlayer::onMediaStatusChanged);
+    connect(&player, &QMediaPlayer::errorOccurred, this, &QtNativeModePlayer::onErrorOccurred);
+}
+
+QtNativeModePlayer::~QtNativeModePlayer() {
+    cancelLoading();
+    player.stop();
+}
+
+float QtNativeModePlayer::audioOutputVolumeFor(float volume) {
+    return std::clamp(volume, 0.0f, 1.0f);
+}
+
+void QtNativeModePlayer::load(const QString &path, std::chrono::milliseconds countDown) {
+    cancelLoading();
+    player.stop();
+    isMediaLoaded = false;
+    isPlayerReady = false;
+    probe.reset();
+    isLoading = true;
+    const quint64 number = ++loadNumber;
+    probeThread.start(path, probeTimeoutFor(countDown), [this, number](const MediaProbe &found) {
+        QMetaObject::invokeMethod(
+            this, [this, number, found] { onProbeFinished(number, found); }, Qt::QueuedConnection);
+    });
+    countDownTimer.start(countDown);
+    player.setSource(QUrl::fromLocalFile(path));
+}
+
+void QtNativeModePlayer::cancelLoading() {
+    if (!isLoading) {
+        return;
+    }
+    isLoading = false;
+    ++loadNumber;
+    countDownTimer.stop();
+    if (!probeThread.stopAndWait(MediaProbeThread::kStopBound)) {
+        logWarning(QStringLiteral("the media probe did not end in time and was abandoned"));
+    }
+    player.setSource(QUrl());
+}
+
+void QtNativeModePlayer::unload() {
+    cancelLoading();
+    player.stop();
+    player.setSource(QUrl());
+    isMediaLoaded = false;
+    probe.reset();
+}
+
+bool QtNativeModePlayer::hasMedia() const { return isMediaLoaded; }
+
+double QtNativeModePlayer::rate() const {
+    return player.playbackState() == QMediaPlayer::PlayingState ? player.playbackRate() : 0.0;
+}
+
+void QtNativeModePlayer::setRate(double newRate) {
+    if (newRate <= 0.0) {
+        player.pause();
+        return;
+    }
+    player.setPlaybackRate(newRate);
+    player.play();
+}
+
+double QtNativeModePlayer::currentTimeSec() const { return double(player.position()) / 1000.0; }
+
+double QtNativeModePlayer::durationSec() const {
+    return double(std::max<qint64>(player.duration(), 0)) / 1000.0;
+}
+
+void QtNativeModePlayer::seekToTime(double timeSec) {
+    player.setPosition(qint64(std::max(timeSec, 0.0) * 1000.0));
+}
+
+void QtNativeModePlayer::setVolume(float volume) {
+    audioOutput.setVolume(audioOutputVolumeFor(volume));
+}
+
+QSize QtNativeModePlayer::naturalSize() const {
+    if (probe && probe->naturalSize.isValid()) {
+        return probe->naturalSize;
+    }
+    const QSize resolution = player.metaData().value(QMediaMetaData::Resolution).toSize();
+    return resolution.isValid() ? resolution : sink.videoSize();
+}
+
+void QtNativeModePlayer::onMediaStatusChanged(QMediaPlayer::MediaStatus status) {
+    if (status == QMediaPlayer::EndOfMedia && isMediaLoaded) {
+        Q_EMIT endReached();
+        return;
+    }
+    if (!isLoading) {
+        return;
+    }
+    switch (status) {
+        case QMediaPlayer::LoadedMedia:
+        case QMediaPlayer::BufferingMedia:
+        case QMediaPlayer::BufferedMedia:
+            isPlayerReady = true;
+            finishWhenBothAnswered();
+            break;
+        case QMediaPlayer::InvalidMedia:
+            player.setSource(QUrl());
+            finishLoading(unloadedResult(LoadOutcome::notPlayable, player.errorString()));
+            break;
+        default:
+            break;
+    }
+}
+
+void QtNativeModePlayer::onErrorOccurred(QMediaPlayer::Error error, const QString &errorString) {
+    if (error == QMediaPlayer::NoError) {
+        return;
+    }
+    if (!isLoading) {
+        logWarning(QStringLiteral("Native-mode playback: %1").arg(errorString));
+        return;
+    }
+    const LoadOutcome outcome = outcomeForError(error);
+    player.setSource(QUrl());
+    finishLoading(unloadedResult(outcome, errorString));
+}
+
+void QtNativeModePlayer::onProbeFinished(quint64 number, const MediaProbe &found) {
+    if (number != loadNumber || !isLoading) {
+        return;
+    }
+    if (!found.isDiscovered) {
+        logInfo(
+            QStringLiteral("GStreamer's discovery found nothing: %1").arg(found.errorDescription));
+    }
+    probe = found;
+    finishWhenBothAnswered();
+}
+
+void QtNativeModePlayer::finishWhenBothAnswered() {
+    if (isPlayerReady && probe) {
+        finishLoading(readyResult());
+    }
+}
+
+NativeModePlayer::LoadResult QtNativeModePlayer::readyResult() const {
+    LoadResult result;
+    if (player.hasVideo()) {
+        result.trackKinds.append(QStringLiteral("vide"));
+    }
+    if (player.hasAudio()) {
+        result.trackKinds.append(QStringLiteral("soun"));
+    }
+    if (!player.subtitleTracks().isEmpty()) {
+        result.trackKinds.append(QStringLiteral("sbtl"));
+    }
+    result.unsupportedAudioCodecs = probe->undecodableAudioCodecs;
+    if (probe->isProtected) {
+        result.outcome = LoadOutcome::protectedContent;
+    } else if (!player.hasAudio() && probe->audioStreamCount > 0) {
+        result.outcome = LoadOutcome::loadedWithoutAudibleTrack;
+    } else {
+        result.outcome = LoadOutcome::loaded;
+    }
+    return result;
+}
+
+void QtNativeModePlayer::finishLoading(const LoadResult &result) {
+    isLoading = false;
+    ++loadNumber;
+    countDownTimer.stop();
+    probeThread.stopAndWait(std::chrono::milliseconds(0));
+    isMediaLoaded = result.outcome == LoadOutcome::loaded ||
+                    result.outcome == LoadOutcome::loadedWithoutAudibleTrack;
+    Q_EMIT loadFinished(result);
+}
+
+}  // namespace tolvane

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <QAudioOutput>
+#include <QMediaPlayer>
+#include <QTimer>
+#include <QVideoSink>
+#include <optional>
+
+#include "app/native/media_probe.h"
+#include "app/native_mode_player.h"
+
+namespace tolvane {
+
+// Native mode on QMediaPlayer with Qt's GStreamer back end. Pictures go to the
+// video sink this player owns (videoSink()); the view draws them.
+//
+// Loading waits for two answers: the player's own (its media status and
+// errors) and GStreamer's discovery of the file on a probe thread, which
+// tells what Qt leaves out (audio streams without a decoder, encryption, the
+// pixel aspect). The count-down runs on the main thread; cancelLoading() stops
+// listening at once and waits at most 5 s for the probe thread.
+//
+// Volume: QAudioOutput plays at most at unity gain, so our 0..5 maps onto its
+// 0..1 as itself up to the normal level 1, and levels above 1 play at 1.
+//
+// Thread-safety: main thread only.
+class QtNativeModePlayer final : public NativeModePlayer {
+    Q_OBJECT
+public:
+    explicit QtNativeModePlayer(QObject *parent = nullptr);
+    ~QtNativeModePlayer() override;
+
+    QVideoSink *videoSink() { return &sink; }
+
+    void load(const QString &path, std::chrono::milliseconds countDown) override;
+    void cancelLoading() override;
+    void unload() override;
+    bool hasMedia() const override;
+
+    double rate() const override;
+    void setRate(double rate) override;
+    double currentTimeSec() const override;
+    double durationSec() const override;
+    void seekToTime(double timeSec) override;
+    void setVolume(float volume) override;
+    QSize naturalSize() const override;
+
+    // The QAudioOutput level for our volume (see above).
+    static float audioOutputVolumeFor(float volume);
+
+private:
+    void onMediaStatusChanged(QMediaPlayer::MediaStatus status);
+    void onErrorOccurred(QMediaPlayer::Error error, const QString &errorString);
+    void onProbeFinished(quint64 loadNumber, const MediaProbe &probe);
+    void finishWhenBothAnswered();
+    void finishLoading(const LoadResult &result);
+    LoadResult readyResult() const;
+
+    // The backend is chosen when the first member below is made.
+    bool isBackendChosen;
+    QVideoSink sink;
+    QAudioOutput audioOutput;
+    QMediaPlayer player;
+    QTimer countDownTimer;
+    MediaProbeThread probeThread;
+
+    quint64 loadNumber = 0;  // tells a finished probe of an earlier load apart
+    bool isLoading = false;
+    bool isPlayerReady = false;
+    std::optional<MediaProbe> probe;
+    bool isMediaLoaded = false;
+};
+
+}  // namespace tolvane

@@ -1,0 +1,29 @@
+#version 330 core
+// Pass 1 for frames handed over as planes: one fragment per picture pixel,
+// turned into RGB. Chroma planes are sampled with linear filtering, which
+// upsamples 4:2:0 chroma to the luma grid. Output row r holds picture row r.
+
+uniform sampler2D plane0;
+uniform sampler2D plane1;
+uniform sampler2D plane2;
+uniform int planeLayout;   // 0 Y U V planes, 1 Y plane + U V pairs, 2 RGBA, 3 BGRA
+uniform vec2 pictureSize;  // pixels
+uniform mat3 yuvToRgb;     // applied to (Y - lumaOffset, U - 128/255, V - 128/255)
+uniform float lumaOffset;
+
+out vec4 fragColour;
+
+void main() {
+    vec2 at = gl_FragCoord.xy / pictureSize;
+    vec3 rgb;
+    if (planeLayout >= 2) {
+        vec4 texel = texture(plane0, at);
+        rgb = planeLayout == 2 ? texel.rgb : texel.bgr;
+    } else {
+        float y = texture(plane0, at).r;
+        vec2 uv = planeLayout == 0 ? vec2(texture(plane1, at).r, texture(plane2, at).r)
+                                   : texture(plane1, at).rg;
+        rgb = clamp(yuvToRgb * vec3(y - lumaOffset, uv - 128.0 / 255.0), 0.0, 1.0);
+    }
+    fragColour = vec4(rgb, 1.0);
+}

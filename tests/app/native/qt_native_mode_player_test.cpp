@@ -1,0 +1,129 @@
+#include "app/native/qt_native_mode_player.h"
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <optional>
+#include <set>
+
+#include "support/test_media.h"
+
+namespace tolvane {
+namespace {
+
+using LoadOutcome = NativeModePlayer::LoadOutcome;
+using namespace std::chrono_literals;
+
+// Runs the event loop until `condition` holds or `timeoutMs` passes; a
+// bound against hangs, not a judge of speed.
+bool spinUntil(const std::function<bool()> &condition, int timeoutMs = 20000) {
+    QElapsedTimer timer;
+    timer.start();
+    while (!condition()) {
+        if (timer.elapsed() > timeoutMs) {
+            return false;
+        }
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    }
+    return true;
+}
+
+class NativeModePlayerTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        QObject::connect(
+            &player, &NativeModePlayer::loadFinished,
+            [this](const NativeModePlayer::LoadResult &result) { results.push_back(result); });
+    }
+
+    std::optional<NativeModePlayer::LoadResult> loadAndWait(const QString &path) {
+        results.clear();
+        player.load(path, 15s);
+        if (!spinUntil([this] { return !results.empty(); })) {
+            return std::nullopt;
+        }
+        return results.front();
+    }
+
+    QtNativeModePlayer player;
+    std::vector<NativeModePlayer::LoadResult> results;
+};
+
+TEST_F(NativeModePlayerTest, OutcomesFollowWhatThePlatformCanPlay) {
+    struct Case {
+        const char *file;
+        std::set<LoadOutcome> outcomes;
+        QStringList trackKinds;
+        qsizetype unsupportedAudioCodecs;
+    };
+    const QStringList videoAndSound = {QStringLiteral("vide"), QStringLiteral("soun")};
+    const QStringList videoOnly = {QStringLiteral("vide")};
+    const Case cases[] = {
+        {"h264_aac.mp4", {LoadOutcome::loaded}, videoAndSound, 0},
+        {"video_only.mkv", {LoadOutcome::loaded}, videoOnly, 0},
+        // One of two audio tracks has no decoder: playable, the other named.
+        {"undecodable_audio.mkv", {LoadOutcome::loaded}, videoAndSound, 1},
+        {"undecodable_only_audio.mkv", {LoadOutcome::loadedWithoutAudibleTrack}, videoOnly, 1},
+        {"truncated.mp4", {LoadOutcome::failed, LoadOutcome::notPlayable}, {}, 0},
+        {"random.mkv", {LoadOutcome::failed, LoadOutcome::notPlayable}, {}, 0},
+        {"no_such_file.mp4", {LoadOutcome::failed, LoadOutcome::notPlayable}, {}, 0},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.file);
+        const auto result = loadAndWait(test::mediaPath(c.file));
+        ASSERT_TRUE(result) << "the player never answered";
+        EXPECT_TRUE(c.outcomes.count(result->outcome)) << int(result->outcome);
+        EXPECT_EQ(result->trackKinds, c.trackKinds);
+        EXPECT_EQ(result->unsupportedAudioCodecs.size(), c.unsupportedAudioCodecs)
+            << result->unsupportedAudioCodecs.join(u',').toStdString();
+        const bool isLoaded = result->outcome == LoadOutcome::loaded ||
+                              result->outcome == LoadOutcome::loadedWithoutAudibleTrack;
+        EXPECT_EQ(player.hasMedia(), isLoaded);
+        if (isLoaded) {
+            EXPECT_EQ(player.naturalSize(), QSize(320, 240));
+            EXPECT_NEAR(player.durationSec(), 2.0, 0.1);
+        } else {
+            EXPECT_FALSE(result->errorDescription.isEmpty()) << "the user sees why";
+        }
+        spinUntil([] { return false; }, 100);
+        EXPECT_EQ(results.size(), 1u) << "exactly one report per load";
+    }
+}
+
+TEST_F(NativeModePlayerTest, TheCountDownCancelsAndACancelReportsNothing) {
+    player.load(test::mediaPath("h264_aac.mp4"), 0ms);
+    ASSERT_TRUE(spinUntil([this] { return !results.empty(); }));
+    EXPECT_EQ(results.front().outcome, LoadOutcome::cancelled);
+    EXPECT_FALSE(player.hasMedia());
+
+    results.clear();
+    player.load(test::mediaPath("h264_aac.mp4"), 15s);
+    player.cancelLoading();
+    spinUntil([] { return false; }, 1500);
+    EXPECT_TRUE(results.empty());
+    EXPECT_FALSE(player.hasMedia());
+
+    // The player stays usable after both.
+    const auto result = loadAndWait(test::mediaPath("h264_aac.mp4"));
+    ASSERT_TRUE(result);
+    EXPECT_EQ(result->outcome, LoadOutcome::loaded);
+}
+
+TEST_F(NativeModePlayerTest, PlaysToTheEndFromASeek) {
+    const auto result = loadAndWait(test::mediaPath("h264_aac.mp4"));
+    ASSERT_TRUE(result && result->outcome == LoadOutcome::loaded);
+    int ends = 0;
+    QObject::connect(&player, &NativeModePlayer::endReached, [&ends] { ++ends; });
+    player.seekToTime(1.0);
+    player.setRate(1.0);
+    EXPECT_EQ(player.rate(), 1.0);
+    ASSERT_TRUE(spinUntil([&ends] { return ends > 0; })) << "endReached never came";
+    EXPECT_EQ(ends, 1);
+    EXPECT_GT(player.currentTimeSec(), 1.5);
+    player.unload();
+    EXPECT_FALSE(player.hasMedia());
+}
+
+}  // namespace
+}  // namespace tolvane
