@@ -11,6 +11,7 @@
 #include "app/desktop/mpris_adaptors.h"
 #include "app/series.h"
 #include "base/log.h"
+#include "desktop_mime_types.h"
 
 namespace tolvane {
 namespace {
@@ -95,23 +96,18 @@ void MprisService::quit() { controller.requestQuit(); }
 QStringList MprisService::supportedUriSchemes() { return {QStringLiteral("file")}; }
 
 QStringList MprisService::supportedMimeTypes() {
-    return {
-        QStringLiteral("video/x-matroska"),   QStringLiteral("video/mp4"),
-        QStringLiteral("video/x-m4v"),        QStringLiteral("video/quicktime"),
-        QStringLiteral("video/x-msvideo"),    QStringLiteral("video/x-flv"),
-        QStringLiteral("video/x-ms-wmv"),     QStringLiteral("application/vnd.rn-realmedia-vbr"),
-        QStringLiteral("video/mp2t"),         QStringLiteral("video/vnd.dlna.mpeg-tts"),
-        QStringLiteral("application/x-sami"), QStringLiteral("application/x-subrip"),
-        QStringLiteral("inode/directory"),
-    };
+    return QString::fromLatin1(kDesktopMimeTypes).split(QLatin1Char(','), Qt::SkipEmptyParts);
 }
 
 QString MprisService::playbackStatus() const {
     const TransportState state = controller.transportState();
-    if (!state.isPlayEnabled || isStopped) {
+    if (!state.isPlayEnabled) {
         return QStringLiteral("Stopped");
     }
-    return state.isPlaying ? QStringLiteral("Playing") : QStringLiteral("Paused");
+    if (state.isPlaying) {
+        return QStringLiteral("Playing");
+    }
+    return isStopped ? QStringLiteral("Stopped") : QStringLiteral("Paused");
 }
 
 QString MprisService::currentTrackId() const {
@@ -153,7 +149,8 @@ bool MprisService::canGoNext() const { return controller.hasPlaylistItemInDirect
 
 bool MprisService::canGoPrevious() const { return controller.hasPlaylistItemInDirection(-1); }
 
-// Play with nothing loaded reopens the recent item, as the play button does.
+// Play with nothing loaded reopens the recent item, as the play button does
+// (the record is read only then: this is asked at every transport change).
 bool MprisService::canPlay() const {
     return controller.transportState().isPlayEnabled || controller.hasRecentItem();
 }
@@ -255,6 +252,9 @@ QVariantMap MprisService::announcedPlayerProperties() const {
 }
 
 void MprisService::publishChangedProperties() {
+    if (controller.transportState().isPlaying) {
+        isStopped = false;  // played again, from the window or a key
+    }
     const QVariantMap now = announcedPlayerProperties();
     QVariantMap changed;
     for (auto it = now.cbegin(); it != now.cend(); ++it) {

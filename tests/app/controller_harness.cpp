@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
+#include <QFile>
 #include <QThread>
 
 #include "app_test_support.h"
@@ -50,10 +51,18 @@ void ControllerHarness::setScreen(const QRect &screen) {
     controller->setScreens({ScreenGeometry{screen, screen}}, 0);
 }
 
+QString ControllerHarness::copiedPath(const QString &fixtureName) {
+    const QString path = media.filePath(fixtureName);
+    if (!QFile::exists(path)) {
+        QFile::copy(mediaPath(fixtureName.toUtf8().constData()), path);
+    }
+    return path;
+}
+
 void ControllerHarness::open(const QStringList &fixtureNames) {
     QList<QUrl> urls;
     for (const QString &name : fixtureNames) {
-        urls.append(QUrl::fromLocalFile(mediaPath(name.toUtf8().constData())));
+        urls.append(QUrl::fromLocalFile(copiedPath(name)));
     }
     controller->openPanelOK(urls);
 }
