@@ -12,6 +12,7 @@
 #include <memory>
 
 #include "app/app_controller.h"
+#include "app/desktop/mpris_service.h"
 #include "app/desktop/screen_saver_inhibitor.h"
 #include "app/desktop/single_instance.h"
 #include "app/desktop/termination_signals.h"
@@ -120,6 +121,9 @@ int main(int argc, char **argv) {
                          windows.mainWindow().raise();
                          windows.mainWindow().activateWindow();
                      });
+
+    MprisService mpris(controller);
+    mpris.registerOnSessionBus();
 
     if (!paths.isEmpty()) {
         QList<QUrl> urls;

@@ -51,11 +51,18 @@ void ControllerHarness::setScreen(const QRect &screen) {
     controller->setScreens({ScreenGeometry{screen, screen}}, 0);
 }
 
+QString ControllerHarness::copiedPath(const QString &fixtureName) {
+    const QString path = media.filePath(fixtureName);
+    if (!QFile::exists(path)) {
+        QFile::copy(mediaPath(fixtureName.toUtf8().constData()), path);
+    }
+    return path;
+}
+
 void ControllerHarness::open(const QStringList &fixtureNames) {
     QList<QUrl> urls;
     for (const QString &name : fixtureNames) {
-        QFile::copy(mediaPath(name.toUtf8().constData()), openedFolder.path(name));
-        urls.append(openedFolder.url(name));
+        urls.append(QUrl::fromLocalFile(copiedPath(name)));
     }
     controller->openPanelOK(urls);
 }

@@ -3,6 +3,7 @@
 #include <QList>
 #include <QRect>
 #include <QStringList>
+#include <QTemporaryDir>
 #include <QUrl>
 #include <functional>
 #include <memory>
@@ -37,11 +38,13 @@ public:
     explicit ControllerHarness(const QRect &screen);
     ~ControllerHarness();
 
-    // Opens copies of the fixtures, alone in a folder of their own: every
-    // opened episode brings the videos of its series beside it.
+    // Opens copies of the fixtures, made in a folder of the harness's own so
+    // that the playlist holds them and no other video.
     void open(const QStringList &fixtureNames);
+    QString copiedPath(const QString &fixtureName);
     void setScreen(const QRect &screen);
 
+    QTemporaryDir media;
     ScriptedUserInteraction interaction;
     std::unique_ptr<AppController> controller;
     QStringList messages;

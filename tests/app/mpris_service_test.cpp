@@ -1,0 +1,152 @@
+#include "app/desktop/mpris_service.h"
+
+#include <gtest/gtest.h>
+
+#include <QFileInfo>
+#include <QProcess>
+
+#include "controller_harness.h"
+#include "engine/my_ca_opengl_layer.h"
+#include "support/qt_printers.h"
+#include "support/test_media.h"
+
+namespace tolvane {
+namespace {
+
+// playerctl, a real MPRIS client, against a controller driven without a
+// window; the test runs on a private session bus (dbus-run-session). The
+// event loop keeps turning while a client runs, since this process answers it.
+class MprisWithPlayerctl : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(mpris.registerOnSessionBus()) << "no session bus: run under dbus-run-session";
+        harness.open({"h264_aac.mkv", "h264_640x360.mkv", "long_h264_aac.mkv"});
+        ASSERT_EQ(controller().pictureMode(), PictureMode::ffmpeg);
+    }
+    AppController &controller() { return *harness.controller; }
+
+    QString playerctl(const QStringList &arguments) {
+        QProcess client;
+        client.start(QStringLiteral("playerctl"),
+                     QStringList{QStringLiteral("--player=tolvane")} + arguments);
+        EXPECT_TRUE(test::processEventsUntil([&client] {
+            return client.state() == QProcess::NotRunning;
+        })) << arguments.join(' ').toStdString();
+        return QString::fromUtf8(client.readAllStandardOutput()).trimmed();
+    }
+    QString title() {
+        return playerctl({QStringLiteral("metadata"), QStringLiteral("xesam:title")});
+    }
+
+    test::ControllerHarness harness{QRect(0, 0, 1280, 800)};
+    MprisService mpris{*harness.controller};
+};
+
+TEST_F(MprisWithPlayerctl, MetadataOfTheCurrentFile) {
+    const Playlist &playlist = controller().playlist();
+    const QUrl current = playlist.reOpen.reOpenURL;
+    EXPECT_EQ(title(), QFileInfo(current.toLocalFile()).fileName());
+    EXPECT_EQ(playerctl({"metadata", "xesam:url"}), current.toString());
+    EXPECT_EQ(playerctl({"metadata", "mpris:trackid"}),  // playerctl quotes paths
+              QStringLiteral("'/org/tolvane/Tolvane/Track/%1'").arg(playlist.indexPlay));
+    const qlonglong lengthUsec = playerctl({"metadata", "mpris:length"}).toLongLong();
+    EXPECT_NEAR(lengthUsec / 1e6, controller().engine().fileDurationSec(), 1e-3);
+}
+
+TEST_F(MprisWithPlayerctl, PlayPauseStopAndTheirStatus) {
+    const struct {
+        const char *command;
+        const char *status;
+        bool isPlaying;
+    } steps[] = {
+        {"status", "Playing", true},     {"pause", "Paused", false},
+        {"pause", "Paused", false},      {"play", "Playing", true},
+        {"play-pause", "Paused", false}, {"play-pause", "Playing", true},
+        {"stop", "Stopped", false},      {"play", "Playing", true},
+    };
+    for (const auto &step : steps) {
+        playerctl({QString::fromLatin1(step.command)});
+        EXPECT_EQ(playerctl({"status"}), QString::fromLatin1(step.status)) << step.command;
+        EXPECT_EQ(controller().transportState().isPlaying, step.isPlaying) << step.command;
+    }
+}
+
+TEST_F(MprisWithPlayerctl, NextPreviousVolumeAndOpen) {
+    // In numeric order: h264_640x360, h264_aac, long_h264_aac.
+    harness.controller->doubleClickedAtTableView(1);
+    ASSERT_EQ(title(), QStringLiteral("h264_aac.mkv"));
+    playerctl({"next"});
+    EXPECT_EQ(title(), QStringLiteral("long_h264_aac.mkv"));
+    EXPECT_EQ(playerctl({"metadata", "mpris:trackid"}),
+              QStringLiteral("'/org/tolvane/Tolvane/Track/2'"));
+    playerctl({"previous"});
+    playerctl({"previous"});
+    EXPECT_EQ(title(), QStringLiteral("h264_640x360.mkv"));
+
+    EXPECT_EQ(playerctl({"volume"}).toDouble(), 1.0);
+    playerctl({"volume", "2.5"});
+    EXPECT_EQ(controller().transportState().volume, 2.5);
+    EXPECT_EQ(playerctl({"volume"}).toDouble(), 2.5);
+
+    playerctl({"open", QUrl::fromLocalFile(harness.copiedPath("h264_aac_8s.mkv")).toString()});
+    EXPECT_EQ(title(), QStringLiteral("h264_aac_8s.mkv"));
+    playerctl({"open", "https://example.org/video.mkv"});  // not a file: nothing happens
+    EXPECT_EQ(title(), QStringLiteral("h264_aac_8s.mkv"));
+}
+
+TEST_F(MprisWithPlayerctl, PositionMovesAndIsSet) {
+    harness.open({"long_h264_aac.mkv"});
+    QList<double> seekTargets;
+    QObject::connect(&controller(), &AppController::seeked,
+                     [&seekTargets](double sec) { seekTargets.append(sec); });
+    const double before = playerctl({"position"}).toDouble();
+    ASSERT_TRUE(test::processEventsUntil([this, before] {
+        return playerctl({"position"}).toDouble() > before + 0.2;
+    })) << "position does not move while playing";
+
+    playerctl({"position", "4"});  // SetPosition on the current track
+    ASSERT_FALSE(seekTargets.isEmpty());
+    EXPECT_DOUBLE_EQ(seekTargets.last(), 4.0);
+    controller().restorePlayRate();
+    const double position = controller().transportState().positionSec;
+    playerctl({"position", "2+"});  // Seek by an offset
+    EXPECT_NEAR(seekTargets.last(), position + 2.0, 0.2);
+    playerctl({"position", "1000"});  // past the end: ignored
+    EXPECT_NEAR(seekTargets.last(), position + 2.0, 0.2);
+}
+
+TEST_F(MprisWithPlayerctl, PropertiesChangedFollowsTheControls) {
+    QProcess follower;
+    follower.start(
+        QStringLiteral("playerctl"),
+        {QStringLiteral("--player=tolvane"), QStringLiteral("--follow"), QStringLiteral("status")});
+    ASSERT_TRUE(follower.waitForStarted());
+    QString seen;
+    const auto waitForLine = [&](const QString &line) {
+        return test::processEventsUntil([&] {
+            seen += QString::fromUtf8(follower.readAllStandardOutput());
+            return seen.split('\n').contains(line);
+        });
+    };
+    EXPECT_TRUE(waitForLine(QStringLiteral("Playing"))) << seen.toStdString();
+    seen.clear();
+    controller().clickPlayPauseButton();  // the window's button, not MPRIS
+    EXPECT_TRUE(waitForLine(QStringLiteral("Paused"))) << seen.toStdString();
+    follower.kill();
+    follower.waitForFinished();
+}
+
+TEST(MprisService, SupportedMimeTypesAreTheDesktopFiles) {
+    QFile desktop(QStringLiteral(TOLVANE_DESKTOP_FILE));
+    ASSERT_TRUE(desktop.open(QIODevice::ReadOnly));
+    QStringList mimeTypes;
+    for (const QString &line : QString::fromUtf8(desktop.readAll()).split('\n')) {
+        if (line.startsWith(QLatin1String("MimeType="))) {
+            mimeTypes = line.mid(9).split(';', Qt::SkipEmptyParts);
+        }
+    }
+    EXPECT_EQ(MprisService::supportedMimeTypes(), mimeTypes);
+}
+
+}  // namespace
+}  // namespace tolvane
