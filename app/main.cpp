@@ -21,7 +21,6 @@
 #include "base/localized_strings.h"
 #include "views/application_windows.h"
 #include "views/message_box_interaction.h"
-#include "views/native_picture_source.h"
 
 namespace {
 
@@ -82,10 +81,7 @@ int main(int argc, char **argv) {
     AppController controller(std::move(services));
 
     ApplicationWindows windows(controller, interaction);
-    NativePictureSource nativePictureSource(nativePlayerShown->videoSink());
-    MyVideoView &videoView = windows.mainWindow().view().videoView();
-    nativePictureSource.setWakeHandler([&videoView] { videoView.wakeRefresh(); });
-    windows.mainWindow().view().setNativePictureSource(&nativePictureSource);
+    windows.mainWindow().view().showNativePicturesFrom(nativePlayerShown->videoSink());
 
     controller.awakeFromNib();
     windows.mainWindow().show();

@@ -78,8 +78,9 @@ MyView::~MyView() {
     video.setPictureSource(nullptr);
 }
 
-void MyView::setNativePictureSource(VideoPictureSource *source) {
-    nativePictureSource = source;
+void MyView::showNativePicturesFrom(QVideoSink *sink) {
+    nativePictureSource = std::make_unique<NativePictureSource>(sink);
+    nativePictureSource->setWakeHandler([this] { video.wakeRefresh(); });
     if (controller.pictureMode() == PictureMode::native) {
         showPictureMode(PictureMode::native);
     }
@@ -92,7 +93,7 @@ void MyView::showPictureMode(PictureMode mode) {
             shown = &enginePictureSource;
             break;
         case PictureMode::native:
-            shown = nativePictureSource;
+            shown = nativePictureSource.get();
             break;
         case PictureMode::none:
             break;

@@ -2,6 +2,7 @@
 
 #include <QTimer>
 #include <QWidget>
+#include <memory>
 #include <optional>
 
 #include "views/caption_overlay.h"
@@ -10,6 +11,7 @@
 #include "views/engine_picture_source.h"
 #include "views/gesture_notifications.h"
 #include "views/my_video_view.h"
+#include "views/native_picture_source.h"
 #include "views/status_layers.h"
 #include "views/title_bar.h"
 
@@ -38,9 +40,9 @@ public:
     explicit MyView(AppController &controller, QWidget *parent = nullptr);
     ~MyView() override;
 
-    // Native mode's pictures: not owned, must outlive the view; null until
-    // that player exists.
-    void setNativePictureSource(VideoPictureSource *source);
+    // Native mode's pictures come from `sink` (the Native-mode player's,
+    // which must outlive the view); without one, Native mode shows none.
+    void showNativePicturesFrom(QVideoSink *sink);
 
     MyVideoView &videoView() { return video; }
     TitleBar &titleBar() { return title; }
@@ -71,7 +73,7 @@ private:
 
     AppController &controller;
     EnginePictureSource enginePictureSource;
-    VideoPictureSource *nativePictureSource = nullptr;
+    std::unique_ptr<NativePictureSource> nativePictureSource;
     MyVideoView video{this};
     CaptionOverlay overlay{&video};
     CaptionTimer captionTimer;
