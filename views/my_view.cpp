@@ -51,7 +51,9 @@ MyView::MyView(AppController &controllerToUse, QWidget *parent)
     connect(source, &AppController::messageChanged, &layers, &StatusLayers::setMessage);
     connect(source, &AppController::fileNameChanged, this,
             [this](const QString &name, bool isVisible) {
-                layers.setFileName(name, isVisible);
+                fileName = name;
+                isFileNameWanted = isVisible;
+                showFileNameLayer();
                 if (!name.trimmed().isEmpty()) {
                     title.setTitle(name);
                 }
@@ -105,6 +107,7 @@ void MyView::showPictureMode(PictureMode mode) {
         overlay.clearCaptions();
     }
     video.update();
+    showFileNameLayer();
 }
 
 void MyView::showSubtitleReloaded() {
@@ -116,6 +119,12 @@ void MyView::showSubtitleReloaded() {
     overlay.show();
     overlay.raise();
     captionTimer.start();
+}
+
+// Over a playing picture the name would cover it: there it shows with the
+// title bar and the panel only.
+void MyView::showFileNameLayer() {
+    layers.setFileName(fileName, isFileNameWanted && (panel.isVisible() || !video.isVisible()));
 }
 
 void MyView::layOutVideo() {
@@ -136,6 +145,7 @@ void MyView::showChrome() {
     // The title bar belongs to the window: full screen has none.
     title.setVisible(!controller.menuState().isFullScreen);
     panel.show();
+    showFileNameLayer();
     chromeHideTimer.start();
 }
 
@@ -146,6 +156,7 @@ void MyView::hideChromeWhenIdle() {
     }
     title.hide();
     panel.hide();
+    showFileNameLayer();
     if (controller.menuState().isFullScreen) {
         setCursor(Qt::BlankCursor);
     }

@@ -69,6 +69,7 @@ private:
     void showSubtitleReloaded();
     void hideChromeWhenIdle();
     void layOutVideo();
+    void showFileNameLayer();
     void postGestures(const std::vector<const char *> &names);
 
     AppController &controller;
@@ -82,6 +83,8 @@ private:
     ControlPanel panel;
     QTimer chromeHideTimer;
     GestureAccumulator gestures;
+    QString fileName;
+    bool isFileNameWanted = false;
     // The picture's rectangle in full screen (letterboxed); empty: the whole view.
     std::optional<QRect> fullScreenPictureRect;
 };
