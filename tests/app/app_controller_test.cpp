@@ -318,7 +318,11 @@ TEST_F(CarryOverTest, SubtitlesOpenedAloneAreReadAgainWithoutReloadingTheVideo) 
     QObject::connect(&c, &AppController::pictureModeChanged, [&] { ++pictureModeChanges; });
 
     const QUrl subtitle = tree.touch("show/Show 01.srt", "1\n00:00:00,000 --> 00:00:01,000\nHi\n");
-    c.openFile(subtitle.toLocalFile());
+    // Dropped on the window: the view posts the paths.
+    NotificationCenter::defaultCenter().post(
+        kDraggedFilePathsNotification, nullptr,
+        {{kDraggedFilePathsKey, QStringList{subtitle.toLocalFile()}}});
+    QCoreApplication::processEvents();
     EXPECT_EQ(c.subtitle().entryCount(), 2);
     EXPECT_EQ(pictureModeChanges, 0);
     EXPECT_EQ(c.engine().audioStreamIndex(), 3) << "the video went on with its track";
