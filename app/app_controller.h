@@ -323,6 +323,7 @@ private:
     // --- Switches (app_controller_switches.cpp)
     bool isChangeRefused() const;
     void switchDecodingModeTo(int decodingPopUpItem);
+    void reopenAfterSwitchingDecodingMode();
     void reopenCurrentFileAtSamePosition();
     void resetPlayedState();
 
