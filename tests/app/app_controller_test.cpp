@@ -127,6 +127,29 @@ TEST_F(ControllerTest, QuittingWhilePlayingStoresThePositionThatTheProbeReads) {
     EXPECT_FALSE(run.json["QZRRecentIsFolder"].toBool(true));
 }
 
+TEST_F(ControllerTest, ARestartReopensTheRecentFolderWhereItStoppedAndOffersNewEpisodes) {
+    setSetting("AutoPlay", 0);
+    copyMedia("h264_aac_8s.mkv", "show/Show 01.mkv");
+    copyMedia("h264_aac_8s.mkv", "show/Show 02.mkv");
+    AppController &first = launch();
+    first.openPanelOK({tree.url("show")});
+    first.doubleClickedAtTableView(1);
+    first.engine().setCurrentTimeSec(5.0, true);
+    first.applicationWillTerminate();
+    controller.reset();
+
+    copyMedia("h264_aac_8s.mkv", "show/Show 03.mkv");
+    AppController &again = launch();
+    EXPECT_EQ(again.recentItemTitle(), "show");
+    ui.answers = {0};  // ADD
+    again.reOpenFile();
+    EXPECT_EQ(ui.titles(), QStringList({"New videos were found in this folder"}));
+    EXPECT_EQ(again.playlist().playList.size(), 3);
+    EXPECT_EQ(again.playlist().indexPlay, 1);
+    EXPECT_EQ(again.playlist().reOpen.reOpenCTimeSec, 2.0) << "3 s before where it stopped";
+    EXPECT_EQ(again.pictureMode(), PictureMode::ffmpeg);
+}
+
 TEST_F(ControllerTest, StoredStateIsRestoredAndAFrameOffEveryScreenIsPulledBack) {
     setSetting("AspectRatio", "2.35:1");
     setSetting("Awesome", 1);
