@@ -307,7 +307,6 @@ private:
     void reloadSubtitle(const QUrl &videoURL);
     void finishOpeningWithEmptyPlaylist(bool wasFilePlaying);
     std::optional<double> playingPositionSec();
-    void stopPlayersForReopen();
     void refreshMoveToTrashEnabled();
     void alertWhenRecentOpenFileFromNotWritableDisk(const QUrl &url);
 
