@@ -172,6 +172,7 @@ TEST_F(ControllerTest, StoredStateIsRestoredAndAFrameOffEveryScreenIsPulledBack)
 // from a newer version: what cannot be read starts from its default.
 TEST_F(ControllerTest, UnreadableSettingsStartFromTheDefaults) {
     const QString fileName = openTolvaneSettings()->fileName();
+    QDir().mkpath(QFileInfo(fileName).path());
     const struct {
         const char *name;
         QByteArray contents;
@@ -197,6 +198,9 @@ TEST_F(ControllerTest, UnreadableSettingsStartFromTheDefaults) {
         EXPECT_EQ(app.valueForCPFSetting("FontSize2"), QVariant(0.03)) << c.name;
         EXPECT_EQ(requestedFrames.first().second.size(), QSize(960, 540)) << c.name;
         app.applicationWillTerminate();
+        EXPECT_EQ(windowFrameFromString(storedSetting("MainWindowFrameMono2").toString()),
+                  requestedFrames.first().second)
+            << c.name << ": what the player stores from now on is kept";
         controller.reset();
         requestedFrames.clear();
         test::clearTolvaneSettings();
