@@ -80,6 +80,9 @@ AppController::AppController(Services services_, QObject *parent)
 }
 
 AppController::~AppController() {
+    // The engine's workers post notifications: stopped first, none is in
+    // flight towards this object while it goes.
+    myGLLayer->cleanBeforeQuit();
     observers.clear();
     movieTimer.stop();
     if (services.nativePlayer) {
@@ -164,9 +167,6 @@ void AppController::registerObservers() {
         return;
     }
     hasObservers = true;
-    // Every handler runs on the main thread at the next turn of its loop: the
-    // engine posts from its worker threads, and a view posting from inside a
-    // drop must not wait on the modal alerts an open may show.
     // Every handler runs on the main thread at the next turn of its loop: the
     // engine posts from its worker threads, and a view posting from inside a
     // drop must not wait on the modal alerts an open may show.

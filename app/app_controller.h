@@ -307,7 +307,6 @@ private:
     void reloadSubtitle(const QUrl &videoURL);
     void finishOpeningWithEmptyPlaylist(bool wasFilePlaying);
     std::optional<double> playingPositionSec();
-    void stopPlayersForReopen();
     void refreshMoveToTrashEnabled();
     void alertWhenRecentOpenFileFromNotWritableDisk(const QUrl &url);
 
@@ -323,6 +322,7 @@ private:
     // --- Switches (app_controller_switches.cpp)
     bool isChangeRefused() const;
     void switchDecodingModeTo(int decodingPopUpItem);
+    void reopenAfterSwitchingDecodingMode();
     void reopenCurrentFileAtSamePosition();
     void resetPlayedState();
 

@@ -323,19 +323,22 @@ void AppController::continueOpenFile() {
         return;
     }
     runAtOperationBoundary("cof", [this] {
-        NamedLockGuard lock(continueOpenMutex);
         stopHandleAVStatusThread();
         Q_EMIT countDownChanged({});
         Q_EMIT loadingCircleChanged(true);
-        const QList<PlaylistItem> &items = playlistState.playList;
-        int indexOfItemLeft = -1;
-        for (int i = 0; i < items.size(); ++i) {
-            if (items[i].url == playlistState.reOpen.reOpenURL) {
-                indexOfItemLeft = i;
-                break;
+        const std::optional<double> position = playingPositionSec();
+        {
+            NamedLockGuard lock(continueOpenMutex);
+            const QList<PlaylistItem> &items = playlistState.playList;
+            int indexOfItemLeft = -1;
+            for (int i = 0; i < items.size(); ++i) {
+                if (items[i].url == playlistState.reOpen.reOpenURL) {
+                    indexOfItemLeft = i;
+                    break;
+                }
             }
+            itemMoveBookkeeping->continueOpenFile(indexOfItemLeft, position);
         }
-        itemMoveBookkeeping->continueOpenFile(indexOfItemLeft, playingPositionSec());
         cleanBeforeLoading();
         isAutomaticStartPlay = true;
         loadMovieFile(playlistState.reOpen.reOpenURL);

@@ -30,32 +30,39 @@ bool AppController::isChangeRefused() const {
 
 void AppController::clickChangeDecoding() {
     runAtOperationBoundary("ccd", [this] {
-        NamedLockGuard lock(modeMutex);
-        if (isChangeRefused()) {
-            services.userInteraction->showAlert(localizedString("NOTCHANGEDEC"),
-                                                localizedString("NOTCHANGEDECCONT"));
-            return;
+        {
+            NamedLockGuard lock(modeMutex);
+            if (isChangeRefused()) {
+                services.userInteraction->showAlert(localizedString("NOTCHANGEDEC"),
+                                                    localizedString("NOTCHANGEDECCONT"));
+                return;
+            }
+            switchDecodingModeTo(currentDecodingMode() == 0 ? 1 : 0);
         }
-        switchDecodingModeTo(currentDecodingMode() == 0 ? 1 : 0);
+        reopenAfterSwitchingDecodingMode();
     });
 }
 
 void AppController::clickDecodingPUBT(int decodingPopUpItem) {
     runAtOperationBoundary("cdpubt", [this, decodingPopUpItem] {
-        NamedLockGuard lock(modeMutex);
-        if ((decodingPopUpItem == 0) == (currentDecodingMode() == 0)) {
-            return;
+        {
+            NamedLockGuard lock(modeMutex);
+            if ((decodingPopUpItem == 0) == (currentDecodingMode() == 0)) {
+                return;
+            }
+            if (isChangeRefused()) {
+                services.userInteraction->showAlert(localizedString("NOTCHANGEDEC"),
+                                                    localizedString("NOTCHANGEDECCONT"));
+                Q_EMIT inspectorChanged();  // the pop-up shows the stored mode again
+                return;
+            }
+            switchDecodingModeTo(decodingPopUpItem);
         }
-        if (isChangeRefused()) {
-            services.userInteraction->showAlert(localizedString("NOTCHANGEDEC"),
-                                                localizedString("NOTCHANGEDECCONT"));
-            Q_EMIT inspectorChanged();  // the pop-up shows the stored mode again
-            return;
-        }
-        switchDecodingModeTo(decodingPopUpItem);
+        reopenAfterSwitchingDecodingMode();
     });
 }
 
+// Called with modeMutex held: the setting and what shows it, nothing else.
 void AppController::switchDecodingModeTo(int decodingPopUpItem) {
     Q_EMIT messageChanged({});
     countFinalForFF = 0;
@@ -66,10 +73,13 @@ void AppController::switchDecodingModeTo(int decodingPopUpItem) {
     inspector.decodingLabel = isNativeMode ? QStringLiteral("NT") : QStringLiteral("FF");
     defaults->setValue(QStringLiteral("DecodingPopUpItem"), decodingPopUpItem);
     Q_EMIT inspectorChanged();
+}
+
+void AppController::reopenAfterSwitchingDecodingMode() {
     if (playlistState.hasCurrentItem()) {
         reopenCurrentFileAtSamePosition();
     }
-    showMessage(isNativeMode ? QStringLiteral("Native") : QStringLiteral("FFmpeg"),
+    showMessage(currentDecodingMode() == 0 ? QStringLiteral("Native") : QStringLiteral("FFmpeg"),
                 kModeMessageShownFor);
 }
 
@@ -96,14 +106,16 @@ void AppController::reopenCurrentFileAtSamePosition() {
 
 void AppController::clickIsGPUAccCheck(bool isOn) {
     runAtOperationBoundary("cigpuac", [this, isOn] {
-        NamedLockGuard lock(modeMutex);
-        if (isChangeRefused()) {
-            services.userInteraction->showAlert(localizedString("NOTCHANGEACC"),
-                                                localizedString("NOTCHANGEDECCONT"));
-            Q_EMIT inspectorChanged();  // the check box shows the stored setting again
-            return;
+        {
+            NamedLockGuard lock(modeMutex);
+            if (isChangeRefused()) {
+                services.userInteraction->showAlert(localizedString("NOTCHANGEACC"),
+                                                    localizedString("NOTCHANGEDECCONT"));
+                Q_EMIT inspectorChanged();  // the check box shows the stored setting again
+                return;
+            }
+            defaults->setValue(QStringLiteral("IsGPUAccForFF"), isOn ? 1 : 0);
         }
-        defaults->setValue(QStringLiteral("IsGPUAccForFF"), isOn ? 1 : 0);
         if (playlistState.hasCurrentItem() && currentDecodingMode() != 0) {
             reopenCurrentFileAtSamePosition();
         }
@@ -112,14 +124,16 @@ void AppController::clickIsGPUAccCheck(bool isOn) {
 
 void AppController::clickIs10bitModeCheck(bool isOn) {
     runAtOperationBoundary("ci10bmc", [this, isOn] {
-        NamedLockGuard lock(modeMutex);
-        if (isChangeRefused()) {
-            services.userInteraction->showAlert(localizedString("NOTCHANGEACC"),
-                                                localizedString("NOTCHANGEDECCONT"));
-            Q_EMIT inspectorChanged();
-            return;
+        {
+            NamedLockGuard lock(modeMutex);
+            if (isChangeRefused()) {
+                services.userInteraction->showAlert(localizedString("NOTCHANGEACC"),
+                                                    localizedString("NOTCHANGEDECCONT"));
+                Q_EMIT inspectorChanged();
+                return;
+            }
+            defaults->setValue(QStringLiteral("Is10bitModeForFF"), isOn ? 1 : 0);
         }
-        defaults->setValue(QStringLiteral("Is10bitModeForFF"), isOn ? 1 : 0);
         if (playlistState.hasCurrentItem() && currentDecodingMode() != 0) {
             reopenCurrentFileAtSamePosition();
         }
