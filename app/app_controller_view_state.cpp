@@ -23,6 +23,7 @@ QList<PlaylistRow> AppController::playlistRows() const {
         PlaylistRow row;
         row.displayName = realFileNameStringWhetherBDMV(item.url);
         row.isCurrent = i == playlistState.indexPlay;
+        row.isSkipped = item.isSkipped;
         row.isDone =
             row.isCurrent ? playlistState.reOpen.reOpenDone || item.playDone : item.playDone;
         if (row.isCurrent && currentPlayPercentage >= 0.0) {
