@@ -118,11 +118,8 @@ void AppController::movieReachedItsEnd() {
         refreshMoveToTrashEnabled();
         Q_EMIT playlistChanged();
         Q_EMIT transportChanged();
-        const int next = playlistState.indexPlay + 1;
-        if (defaults->value(QStringLiteral("AutoPlay")).toInt() == 1 &&
-            next < playlistState.playList.size()) {
-            playlistState.indexPlay = next;
-            continueOpenFile();
+        if (defaults->value(QStringLiteral("AutoPlay")).toInt() == 1) {
+            clickNextFileButton();
         }
     });
 }

@@ -286,8 +286,7 @@ void AppController::clickNextFileButton() {
 void AppController::changeCaptionDelayBy(qint32 deltaMsec) {
     iSubtitle.delayPlus(deltaMsec);
     iSubtitle.resetSortedIdx();
-    Q_EMIT inspectorChanged();
-    Q_EMIT captionsNeedRedraw();
+    subtitleChoicesChanged();
     const qint32 delayMsec = iSubtitle.fstDelay();
     if (delayMsec != subtitles::kUnsetSubtitleDelay) {
         showMessage(

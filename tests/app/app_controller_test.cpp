@@ -318,11 +318,58 @@ TEST_F(CarryOverTest, SubtitlesOpenedAloneAreReadAgainWithoutReloadingTheVideo) 
     QObject::connect(&c, &AppController::pictureModeChanged, [&] { ++pictureModeChanges; });
 
     const QUrl subtitle = tree.touch("show/Show 01.srt", "1\n00:00:00,000 --> 00:00:01,000\nHi\n");
-    c.openFile(subtitle.toLocalFile());
+    // Dropped on the window: the view posts the paths.
+    NotificationCenter::defaultCenter().post(
+        kDraggedFilePathsNotification, nullptr,
+        {{kDraggedFilePathsKey, QStringList{subtitle.toLocalFile()}}});
+    QCoreApplication::processEvents();
     EXPECT_EQ(c.subtitle().entryCount(), 2);
     EXPECT_EQ(pictureModeChanges, 0);
     EXPECT_EQ(c.engine().audioStreamIndex(), 3) << "the video went on with its track";
     EXPECT_EQ(PlayedStateRecords::readRecentFdFlsData().rcsubtitle.lurls.size(), 1);
+}
+
+TEST_F(ControllerTest, AWatchedEpisodeMovesOnCanBeResetAndGoesToTheTrash) {
+    // The trash on the same disk as the episodes.
+    qputenv("XDG_DATA_HOME", QFile::encodeName(tree.makeFolder("data").toLocalFile()));
+    copyMedia("h264_aac.mkv", "show/Show 01.mkv");
+    copyMedia("h264_aac.mkv", "show/Show 02.mkv");
+    AppController &c = launch();
+    c.openFile(tree.path("show/Show 01.mkv"));
+    ASSERT_EQ(c.playlist().playList.size(), 2);
+    EXPECT_FALSE(c.menuState().isMoveToTrashEnabled);
+
+    // The movie timer runs with the event loop: the end of episode 1 starts episode 2.
+    ASSERT_TRUE(test::waitUntil([&] {
+        QCoreApplication::processEvents();
+        return c.playlist().indexPlay == 1;
+    }));
+    EXPECT_EQ(c.playlistRows()[0].isDone, true);
+    EXPECT_TRUE(c.menuState().isMoveToTrashEnabled);
+    EXPECT_TRUE(
+        PlayedStateRecords::readTotalFdFlsData().ttfile.value(tree.path("show/Show 01.mkv")).cdone);
+
+    ui.answers = {1};  // CANCEL
+    c.clickResetPlayedStateButton();
+    EXPECT_TRUE(c.playlistRows()[0].isDone);
+    ui.answers = {0};
+    c.clickResetPlayedStateButton();
+    EXPECT_FALSE(c.playlistRows()[0].isDone);
+    EXPECT_FALSE(c.menuState().isMoveToTrashEnabled);
+    EXPECT_FALSE(
+        PlayedStateRecords::readTotalFdFlsData().ttfile.contains(tree.path("show/Show 01.mkv")));
+
+    c.doubleClickedAtTableView(0);
+    ASSERT_TRUE(test::waitUntil([&] {
+        QCoreApplication::processEvents();
+        return c.playlist().indexPlay == 1;
+    }));
+    c.moveToTrash();
+    EXPECT_FALSE(QFile::exists(tree.path("show/Show 01.mkv")));
+    EXPECT_EQ(c.playlist().playList.size(), 1);
+    EXPECT_EQ(c.playlist().indexPlay, 0);
+    EXPECT_EQ(c.pictureMode(), PictureMode::ffmpeg) << "episode 2 plays on";
+    qunsetenv("XDG_DATA_HOME");
 }
 
 TEST_F(ControllerTest, TheDisplayStaysAwakeWhilePlayingCheckedEveryFiftiethTick) {

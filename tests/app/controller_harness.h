@@ -10,6 +10,7 @@
 
 #include "app/app_controller.h"
 #include "app/user_interaction.h"
+#include "app_test_support.h"
 
 namespace tolvane::test {
 
