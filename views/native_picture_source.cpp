@@ -1,6 +1,8 @@
 #include "native_picture_source.h"
 
 #include <QImage>
+#include <QOpenGLContext>
+#include <QOpenGLFunctions>
 #include <QVideoSink>
 #include <optional>
 
@@ -65,6 +67,25 @@ private:
     bool isMapped;
 };
 
+// Qt converts on a GL context of its own, which it leaves current: the
+// view's context and its bound framebuffer are put back for the draw.
+QImage convertedImageKeepingContext(const QVideoFrame &frame) {
+    QOpenGLContext *context = QOpenGLContext::currentContext();
+    QSurface *surface = context != nullptr ? context->surface() : nullptr;
+    GLint framebuffer = 0;
+    if (context != nullptr) {
+        context->functions()->glGetIntegerv(GL_FRAMEBUFFER_BINDING, &framebuffer);
+    }
+    QImage image = frame.toImage().convertToFormat(QImage::Format_RGBA8888);
+    if (context != nullptr && QOpenGLContext::currentContext() != context) {
+        context->makeCurrent(surface);
+    }
+    if (context != nullptr) {
+        context->functions()->glBindFramebuffer(GL_FRAMEBUFFER, GLuint(framebuffer));
+    }
+    return image;
+}
+
 }  // namespace
 
 NativePictureSource::NativePictureSource(QVideoSink *sink) {
@@ -128,7 +149,7 @@ void NativePictureSource::drawFrame(VideoPictureRenderer &renderer, QSize viewpo
             return;
         }
     }
-    const QImage image = latestFrame.toImage().convertToFormat(QImage::Format_RGBA8888);
+    const QImage image = convertedImageKeepingContext(latestFrame);
     if (image.isNull()) {
         return;
     }

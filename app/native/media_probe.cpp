@@ -5,6 +5,7 @@
 
 #include <QUrl>
 #include <condition_variable>
+#include <cstring>
 #include <mutex>
 #include <thread>
 
@@ -71,17 +72,39 @@ QString codecDescription(GstCaps *caps) {
     return description ? QString::fromUtf8(description.get()) : capsName(caps);
 }
 
-void readStreams(GstDiscovererInfo *info, MediaProbe &probe) {
-    const StreamListPtr all(gst_discoverer_info_get_stream_list(info));
-    for (GList *at = all.get(); at != nullptr; at = at->next) {
-        const CapsPtr caps(
-            gst_discoverer_stream_info_get_caps(GST_DISCOVERER_STREAM_INFO(at->data)));
-        const QString name = capsName(caps.get());
-        if (name == QLatin1String("application/x-cenc") ||
-            name == QLatin1String("application/x-webm-enc")) {
-            probe.isProtected = true;
+// Encrypted streams reach no decoder: the discoverer names them only among
+// the missing plug-ins, by their caps.
+bool needsDecryption(GstDiscovererInfo *info) {
+    constexpr const char *kEncryptedCaps[] = {"application/x-cenc", "application/x-webm-enc"};
+    const gchar **details = gst_discoverer_info_get_missing_elements_installer_details(info);
+    for (; details != nullptr && *details != nullptr; ++details) {
+        for (const char *caps : kEncryptedCaps) {
+            if (std::strstr(*details, caps) != nullptr) {
+                return true;
+            }
         }
     }
+    return false;
+}
+
+MediaProbe::Verdict verdictFor(GstDiscovererResult result, const GError *error) {
+    switch (result) {
+        case GST_DISCOVERER_OK:
+        case GST_DISCOVERER_MISSING_PLUGINS:
+            return MediaProbe::Verdict::discovered;
+        case GST_DISCOVERER_URI_INVALID:
+            return MediaProbe::Verdict::unreadable;
+        case GST_DISCOVERER_ERROR:
+            return error != nullptr && error->domain == GST_RESOURCE_ERROR
+                       ? MediaProbe::Verdict::unreadable
+                       : MediaProbe::Verdict::unplayable;
+        default:
+            return MediaProbe::Verdict::unknown;
+    }
+}
+
+void readStreams(GstDiscovererInfo *info, MediaProbe &probe) {
+    probe.isProtected = needsDecryption(info);
     const StreamListPtr audio(gst_discoverer_info_get_audio_streams(info));
     for (GList *at = audio.get(); at != nullptr; at = at->next) {
         ++probe.audioStreamCount;
@@ -94,7 +117,6 @@ void readStreams(GstDiscovererInfo *info, MediaProbe &probe) {
     const StreamListPtr video(gst_discoverer_info_get_video_streams(info));
     if (video != nullptr) {
         auto *first = GST_DISCOVERER_VIDEO_INFO(video->data);
-        probe.hasVideo = true;
         const int width = int(gst_discoverer_video_info_get_width(first));
         const int height = int(gst_discoverer_video_info_get_height(first));
         const guint parNum = gst_discoverer_video_info_get_par_num(first);
@@ -102,8 +124,6 @@ void readStreams(GstDiscovererInfo *info, MediaProbe &probe) {
         const bool hasPar = parNum > 0 && parDenom > 0;
         probe.naturalSize = QSize(hasPar ? int(qint64(width) * parNum / parDenom) : width, height);
     }
-    const StreamListPtr subtitles(gst_discoverer_info_get_subtitle_streams(info));
-    probe.hasSubtitles = subtitles != nullptr;
 }
 
 }  // namespace
@@ -125,7 +145,7 @@ MediaProbe probeMediaFile(const QString &path, std::chrono::milliseconds timeout
     error.reset(rawError);
     const GstDiscovererResult result =
         info ? gst_discoverer_info_get_result(info.get()) : GST_DISCOVERER_ERROR;
-    probe.isDiscovered = result == GST_DISCOVERER_OK || result == GST_DISCOVERER_MISSING_PLUGINS;
+    probe.verdict = verdictFor(result, error.get());
     if (error) {
         probe.errorDescription = QString::fromUtf8(error->message);
     }

@@ -14,14 +14,18 @@ namespace tolvane {
 // takes. Qt Multimedia lists only the tracks it could decode, so this is
 // where Native mode learns about the others.
 struct MediaProbe {
-    bool isDiscovered = false;  // false: the probe failed or ran out of time
+    enum class Verdict {
+        discovered,  // its streams are known (some may lack a decoder)
+        unreadable,  // the file cannot be opened or read
+        unplayable,  // read, but holds nothing GStreamer can play
+        unknown,     // the probe failed or ran out of time: no opinion
+    };
+    Verdict verdict = Verdict::unknown;
     QString errorDescription;
     int audioStreamCount = 0;
     QStringList undecodableAudioCodecs;  // codec descriptions, e.g. "Dolby TrueHD"
-    bool hasVideo = false;
-    bool hasSubtitles = false;
-    bool isProtected = false;  // an encrypted stream (CENC, WebM encryption)
-    QSize naturalSize;         // the picture with its pixel aspect applied
+    bool isProtected = false;            // an encrypted stream (CENC, WebM encryption)
+    QSize naturalSize;                   // the picture with its pixel aspect applied
 };
 
 // Blocks for at most `timeout` (and the time to open the file).

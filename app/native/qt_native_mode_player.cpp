@@ -51,12 +51,18 @@ NativeModePlayer::LoadResult unloadedResult(LoadOutcome outcome, const QString &
     return result;
 }
 
-// The probe gets the count-down's time, but never more than the stop bound,
-// so that a cancel always finds it ended within that bound. GStreamer's
-// discoverer takes no timeout under a second.
+// A probe that runs out of time only loses its extra knowledge (the player
+// then opens the file alone), so it gets little: the discoverer now and then
+// sits out its whole timeout on a file cut short. Its least is a second.
+constexpr std::chrono::milliseconds kLongestProbe{2000};
+static_assert(kLongestProbe < MediaProbeThread::kStopBound);
+
 std::chrono::milliseconds probeTimeoutFor(std::chrono::milliseconds countDown) {
-    return std::clamp(countDown, std::chrono::milliseconds(1000), MediaProbeThread::kStopBound);
+    return std::clamp(countDown, std::chrono::milliseconds(1000), kLongestProbe);
 }
+
+// QAudioOutput's scale is linear and ends at unity gain (see the header).
+float audioOutputVolumeFor(float volume) { return std::clamp(volume, 0.0f, 1.0f); }
 
 }  // namespace
 
@@ -65,10 +71,8 @@ QtNativeModePlayer::QtNativeModePlayer(QObject *parent)
     player.setAudioOutput(&audioOutput);
     player.setVideoSink(&sink);
     countDownTimer.setSingleShot(true);
-    connect(&countDownTimer, &QTimer::timeout, this, [this] {
-        player.setSource(QUrl());
-        finishLoading(unloadedResult(LoadOutcome::cancelled));
-    });
+    connect(&countDownTimer, &QTimer::timeout, this,
+            [this] { finishLoading(unloadedResult(LoadOutcome::cancelled)); });
     connect(&player, &QMediaPlayer::mediaStatusChanged, this,
             &QtNativeModePlayer::onMediaStatusChanged);
     connect(&player, &QMediaPlayer::errorOccurred, this, &QtNativeModePlayer::onErrorOccurred);
@@ -79,36 +83,36 @@ QtNativeModePlayer::~QtNativeModePlayer() {
     player.stop();
 }
 
-float QtNativeModePlayer::audioOutputVolumeFor(float volume) {
-    return std::clamp(volume, 0.0f, 1.0f);
-}
-
 void QtNativeModePlayer::load(const QString &path, std::chrono::milliseconds countDown) {
     cancelLoading();
     player.stop();
+    player.setSource(QUrl());
     isMediaLoaded = false;
-    isPlayerReady = false;
     probe.reset();
+    loadingPath = path;
     isLoading = true;
     const quint64 number = ++loadNumber;
+    countDownTimer.start(countDown);
     probeThread.start(path, probeTimeoutFor(countDown), [this, number](const MediaProbe &found) {
         QMetaObject::invokeMethod(
             this, [this, number, found] { onProbeFinished(number, found); }, Qt::QueuedConnection);
     });
-    countDownTimer.start(countDown);
-    player.setSource(QUrl::fromLocalFile(path));
 }
 
 void QtNativeModePlayer::cancelLoading() {
-    if (!isLoading) {
+    if (!isLoading && !isReportPending) {
         return;
     }
-    isLoading = false;
     ++loadNumber;
-    countDownTimer.stop();
-    if (!probeThread.stopAndWait(MediaProbeThread::kStopBound)) {
-        logWarning(QStringLiteral("the media probe did not end in time and was abandoned"));
+    isReportPending = false;
+    if (isLoading) {
+        isLoading = false;
+        countDownTimer.stop();
+        if (!probeThread.stopAndWait(MediaProbeThread::kStopBound)) {
+            logWarning(QStringLiteral("the media probe did not end in time and was abandoned"));
+        }
     }
+    isMediaLoaded = false;
     player.setSource(QUrl());
 }
 
@@ -162,18 +166,16 @@ void QtNativeModePlayer::onMediaStatusChanged(QMediaPlayer::MediaStatus status) 
         Q_EMIT endReached();
         return;
     }
-    if (!isLoading) {
+    if (!isLoading || !probe) {
         return;
     }
     switch (status) {
         case QMediaPlayer::LoadedMedia:
         case QMediaPlayer::BufferingMedia:
         case QMediaPlayer::BufferedMedia:
-            isPlayerReady = true;
-            finishWhenBothAnswered();
+            finishLoading(readyResult());
             break;
         case QMediaPlayer::InvalidMedia:
-            player.setSource(QUrl());
             finishLoading(unloadedResult(LoadOutcome::notPlayable, player.errorString()));
             break;
         default:
@@ -185,30 +187,30 @@ void QtNativeModePlayer::onErrorOccurred(QMediaPlayer::Error error, const QStrin
     if (error == QMediaPlayer::NoError) {
         return;
     }
-    if (!isLoading) {
+    if (!isLoading || !probe) {
         logWarning(QStringLiteral("Native-mode playback: %1").arg(errorString));
         return;
     }
-    const LoadOutcome outcome = outcomeForError(error);
-    player.setSource(QUrl());
-    finishLoading(unloadedResult(outcome, errorString));
+    finishLoading(unloadedResult(outcomeForError(error), errorString));
 }
 
+// The probe speaks first, and alone where it is sure: an encrypted file only
+// fails in the player as a missing plug-in, and the player does not always
+// report a file cut short. Only then does the player open the file, so that
+// the two pipelines never read it at once.
 void QtNativeModePlayer::onProbeFinished(quint64 number, const MediaProbe &found) {
     if (number != loadNumber || !isLoading) {
         return;
     }
-    if (!found.isDiscovered) {
-        logInfo(
-            QStringLiteral("GStreamer's discovery found nothing: %1").arg(found.errorDescription));
-    }
     probe = found;
-    finishWhenBothAnswered();
-}
-
-void QtNativeModePlayer::finishWhenBothAnswered() {
-    if (isPlayerReady && probe) {
-        finishLoading(readyResult());
+    if (found.isProtected) {
+        finishLoading(unloadedResult(LoadOutcome::protectedContent));
+    } else if (found.verdict == MediaProbe::Verdict::unreadable) {
+        finishLoading(unloadedResult(LoadOutcome::failed, found.errorDescription));
+    } else if (found.verdict == MediaProbe::Verdict::unplayable) {
+        finishLoading(unloadedResult(LoadOutcome::notPlayable, found.errorDescription));
+    } else {
+        player.setSource(QUrl::fromLocalFile(loadingPath));
     }
 }
 
@@ -224,9 +226,7 @@ NativeModePlayer::LoadResult QtNativeModePlayer::readyResult() const {
         result.trackKinds.append(QStringLiteral("sbtl"));
     }
     result.unsupportedAudioCodecs = probe->undecodableAudioCodecs;
-    if (probe->isProtected) {
-        result.outcome = LoadOutcome::protectedContent;
-    } else if (!player.hasAudio() && probe->audioStreamCount > 0) {
+    if (!player.hasAudio() && probe->audioStreamCount > 0) {
         result.outcome = LoadOutcome::loadedWithoutAudibleTrack;
     } else {
         result.outcome = LoadOutcome::loaded;
@@ -241,7 +241,24 @@ void QtNativeModePlayer::finishLoading(const LoadResult &result) {
     probeThread.stopAndWait(std::chrono::milliseconds(0));
     isMediaLoaded = result.outcome == LoadOutcome::loaded ||
                     result.outcome == LoadOutcome::loadedWithoutAudibleTrack;
-    Q_EMIT loadFinished(result);
+    // Reported from the event loop, never from inside the player's own
+    // signal: the controller may ask the user (a nested loop) and then stop
+    // or reopen this player.
+    isReportPending = true;
+    const quint64 reported = loadNumber;
+    QMetaObject::invokeMethod(
+        this,
+        [this, reported, result] {
+            if (reported != loadNumber || !isReportPending) {
+                return;
+            }
+            isReportPending = false;
+            if (!isMediaLoaded) {
+                player.setSource(QUrl());
+            }
+            Q_EMIT loadFinished(result);
+        },
+        Qt::QueuedConnection);
 }
 
 }  // namespace tolvane

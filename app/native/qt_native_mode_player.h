@@ -14,11 +14,12 @@ namespace tolvane {
 // Native mode on QMediaPlayer with Qt's GStreamer back end. Pictures go to the
 // video sink this player owns (videoSink()); the view draws them.
 //
-// Loading waits for two answers: the player's own (its media status and
-// errors) and GStreamer's discovery of the file on a probe thread, which
-// tells what Qt leaves out (audio streams without a decoder, encryption, the
-// pixel aspect). The count-down runs on the main thread; cancelLoading() stops
-// listening at once and waits at most 5 s for the probe thread.
+// Loading asks GStreamer's discovery first, on a probe thread: it tells what
+// Qt leaves out (audio streams without a decoder, encryption, the pixel
+// aspect) and answers alone for files that cannot play. The player then
+// opens the file, and its media status and errors give the outcome. The
+// count-down spans both, on the main thread; cancelLoading() stops listening
+// at once and waits at most 5 s for the probe thread.
 //
 // Volume: QAudioOutput plays at most at unity gain, so our 0..5 maps onto its
 // 0..1 as itself up to the normal level 1, and levels above 1 play at 1.
@@ -45,14 +46,10 @@ public:
     void setVolume(float volume) override;
     QSize naturalSize() const override;
 
-    // The QAudioOutput level for our volume (see above).
-    static float audioOutputVolumeFor(float volume);
-
 private:
     void onMediaStatusChanged(QMediaPlayer::MediaStatus status);
     void onErrorOccurred(QMediaPlayer::Error error, const QString &errorString);
     void onProbeFinished(quint64 loadNumber, const MediaProbe &probe);
-    void finishWhenBothAnswered();
     void finishLoading(const LoadResult &result);
     LoadResult readyResult() const;
 
@@ -66,7 +63,8 @@ private:
 
     quint64 loadNumber = 0;  // tells a finished probe of an earlier load apart
     bool isLoading = false;
-    bool isPlayerReady = false;
+    bool isReportPending = false;  // finished, the report not yet delivered
+    QString loadingPath;
     std::optional<MediaProbe> probe;
     bool isMediaLoaded = false;
 };

@@ -6,9 +6,12 @@
 #include <QImage>
 #include <QTemporaryDir>
 
+#include "app/app_controller.h"
+#include "app/app_test_support.h"
 #include "app/native/qt_native_mode_player.h"
+#include "app/user_defaults.h"
+#include "app/user_interaction.h"
 #include "subtitles/my_subtitle.h"
-#include "subtitles/text_encodings.h"
 #include "support/test_media.h"
 #include "views/caption_overlay.h"
 #include "views/caption_timer.h"
@@ -51,10 +54,26 @@ bool differs(QRgb a, QRgb b) {
            60;
 }
 
-// The road of a Native-mode file in the real window: the platform player
-// decodes, its frames are drawn by the view's renderer, and the captions
-// follow the player's clock in the overlay above them.
+// Answers every question with CANCEL (so that no switch to FFmpeg mode can
+// hide a failure) and remembers what was asked.
+class ScriptedUserInteraction final : public UserInteraction {
+public:
+    void showAlert(const QString &title, const QString &informativeText) override {
+        asked.append(title + QLatin1Char(' ') + informativeText);
+    }
+    int askChoice(const QString &title, const QString &informativeText,
+                  const QStringList &buttons) override {
+        asked.append(title + QLatin1Char(' ') + informativeText);
+        return int(buttons.size()) - 1;
+    }
+    QStringList asked;
+};
+
+// The road of a Native-mode file as a user opens it: the controller loads it
+// in the platform player, whose frames the view's renderer draws, and the
+// captions follow the controller's clock in the overlay above them.
 TEST(NativeModePlaybackTest, PlaysAnMp4ToItsEndWithCaptionsOverThePicture) {
+    test::clearTolvaneSettings();
     QTemporaryDir folder;
     const QString video = folder.filePath(QStringLiteral("clip.mp4"));
     ASSERT_TRUE(QFile::copy(test::mediaPath("h264_aac.mp4"), video));
@@ -62,24 +81,22 @@ TEST(NativeModePlaybackTest, PlaysAnMp4ToItsEndWithCaptionsOverThePicture) {
     ASSERT_TRUE(srt.open(QIODevice::WriteOnly) && srt.write(kCaption) > 0);
     srt.close();
 
-    subtitles::MySubtitle subtitle;
-    subtitle.sizePF = 0.08f;
-    subtitle.openSubtitleFileURL(video, encodingItemsToTry(kAutomaticEncodingItem), false,
-                                 QString());
-    ASSERT_EQ(subtitle.entryCount(), 1);
-    subtitle.setOrders({});
-    subtitle.resetSortedIdx();
+    ScriptedUserInteraction interaction;
+    auto nativePlayer = std::make_unique<QtNativeModePlayer>();
+    QtNativeModePlayer &player = *nativePlayer;
+    AppController::Services services;
+    services.userInteraction = &interaction;
+    services.nativePlayer = std::move(nativePlayer);
+    AppController controller(std::move(services));
+    controller.awakeFromNib();
+    controller.userDefaults().setValue(QStringLiteral("DecodingPopUpItem"), 0);
 
     QSurfaceFormat::setDefaultFormat(MyVideoView::preferredSurfaceFormat());
-    QtNativeModePlayer player;
     NativePictureSource source(player.videoSink());
     MyVideoView view;
     CaptionOverlay overlay(&view);
-    overlay.setLayoutSettings({.viewSize = subtitle.viewSize,
-                               .spacingPF = subtitle.spacingPF,
-                               .marginPF = subtitle.marginPF});
-    CaptionTimer captions(subtitle, overlay,
-                          [&player] { return qint32(player.currentTimeSec() * 1000.0); });
+    CaptionTimer captions(controller.subtitle(), overlay,
+                          [&controller] { return controller.playbackTimeMsec(); });
     source.setWakeHandler([&view] { view.wakeRefresh(); });
     view.setPictureSource(&source);
     view.resize(480, 360);
@@ -89,17 +106,15 @@ TEST(NativeModePlaybackTest, PlaysAnMp4ToItsEndWithCaptionsOverThePicture) {
         GTEST_SKIP() << "no OpenGL context for a widget here";
     }
 
-    std::vector<NativeModePlayer::LoadResult> loads;
-    int ends = 0;
-    QObject::connect(
-        &player, &NativeModePlayer::loadFinished,
-        [&loads](const NativeModePlayer::LoadResult &result) { loads.push_back(result); });
-    QObject::connect(&player, &NativeModePlayer::endReached, [&ends] { ++ends; });
-    player.load(video, 5s);
-    ASSERT_TRUE(spinUntil([&loads] { return !loads.empty(); }));
-    ASSERT_EQ(loads.front().outcome, NativeModePlayer::LoadOutcome::loaded);
+    controller.finallyOpenFilesFolders({QUrl::fromLocalFile(video)});
+    ASSERT_TRUE(spinUntil([&] { return controller.pictureMode() == PictureMode::native; }))
+        << "asked: " << interaction.asked.join(u'|').toStdString();
+    ASSERT_EQ(controller.subtitle().entryCount(), 1) << "the caption file beside the video";
+    const subtitles::MySubtitle &subtitle = controller.subtitle();
+    overlay.setLayoutSettings({.viewSize = subtitle.viewSize,
+                               .spacingPF = subtitle.spacingPF,
+                               .marginPF = subtitle.marginPF});
     captions.start();
-    player.setRate(1.0);
 
     const auto framesDrawn = [&source] {
         return source.planeDrawCount() + source.convertedDrawCount();
@@ -124,12 +139,14 @@ TEST(NativeModePlaybackTest, PlaysAnMp4ToItsEndWithCaptionsOverThePicture) {
     EXPECT_EQ(captionPixels(0, height / 2), 0) << "nothing else over the picture";
     EXPECT_GT(source.planeDrawCount(), 0) << "YUV frames go up as planes";
 
-    ASSERT_TRUE(spinUntil([&ends] { return ends > 0; })) << "endReached never came";
-    EXPECT_EQ(ends, 1);
-    EXPECT_EQ(loads.size(), 1u);
-    EXPECT_GT(player.currentTimeSec(), 1.5);
+    // At the end the controller marks the item watched.
+    ASSERT_TRUE(spinUntil([&] { return controller.playlist().playList.value(0).playDone; }))
+        << "the end was never reached";
+    EXPECT_EQ(player.rate(), 0.0);
+    EXPECT_TRUE(interaction.asked.isEmpty()) << interaction.asked.join(u'|').toStdString();
     captions.stop();
     view.setPictureSource(nullptr);
+    controller.applicationWillTerminate();
 }
 
 }  // namespace
