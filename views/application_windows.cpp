@@ -37,6 +37,7 @@ ApplicationWindows::ApplicationWindows(AppController &controllerToUse,
                 // The main window places itself (full screen has the last word).
                 if (kind != WindowKind::show && frame.isValid()) {
                     windowOfKind(kind)->setGeometry(frame);
+                    reportHiddenFrame(kind);
                 }
             });
 
@@ -51,9 +52,20 @@ ApplicationWindows::ApplicationWindows(AppController &controllerToUse,
     showWindow.winId();  // the native window exists, so its screen can be watched
     connect(showWindow.windowHandle(), &QWindow::screenChanged, this, [this] { reportScreens(); });
     reportScreens();
+    // Companion windows that never show still have a frame to remember.
+    reportHiddenFrame(WindowKind::inspector);
+    reportHiddenFrame(WindowKind::list);
 }
 
 ApplicationWindows::~ApplicationWindows() = default;
+
+// A hidden window gets no move or resize events: its frame is told here.
+void ApplicationWindows::reportHiddenFrame(WindowKind kind) {
+    QWidget *window = windowOfKind(kind);
+    if (!window->isVisible()) {
+        controller.windowDidMoveOrResize(kind, window->geometry());
+    }
+}
 
 QWidget *ApplicationWindows::windowOfKind(WindowKind kind) {
     switch (kind) {

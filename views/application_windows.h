@@ -36,6 +36,7 @@ Q_SIGNALS:
 
 private:
     QWidget *windowOfKind(WindowKind kind);
+    void reportHiddenFrame(WindowKind kind);
     void watchScreen(QScreen *screen);
 
     AppController &controller;
