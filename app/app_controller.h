@@ -398,6 +398,9 @@ private:
     void changeCaptionMarginBy(double delta);
 
     SeekPressRun seekPressRun{seekingMutex};
+    // The file the run of seek presses began on: a pending end that finds
+    // another file loaded drops the run instead of resuming the new one.
+    QUrl seekPressRunURL;
     double volumeSliderValue = 1.0;  // 0..5, 1 the normal level
 
     // --- Window sizing (app_controller_sizing.cpp)

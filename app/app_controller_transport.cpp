@@ -91,6 +91,9 @@ void AppController::seekPressWith(double targetSec, milliseconds restoreDelay) {
         return;
     }
     const double durationSec = player->durationSec();
+    if (seekPressRun.countPlay() == 0) {
+        seekPressRunURL = playlistState.reOpen.reOpenURL;
+    }
     seekPressRun.pressTo(*player, targetSec);
     iSubtitle.resetSortedIdx();
     if (durationSec > 0.0) {
@@ -165,7 +168,7 @@ void AppController::seekPressTo(double targetSec) {
 void AppController::restorePlayRate() {
     try {
         const std::unique_ptr<TransportPlayer> player = activeTransportPlayer();
-        if (!player) {
+        if (!player || playlistState.reOpen.reOpenURL != seekPressRunURL) {
             seekPressRun.forgetRun();
             return;
         }
@@ -258,7 +261,6 @@ void AppController::clickPrevFileButton() {
         }
         playlistState.indexPlay =
             steppedPlaylistIndex(stepItemsOf(playlistState), playlistState.indexPlay, -1);
-        seekPressRun.forgetRun();
         isDoubleClickedPlayList = true;
         continueOpenFile();
     } catch (const std::exception &error) {
@@ -273,7 +275,6 @@ void AppController::clickNextFileButton() {
         }
         playlistState.indexPlay =
             steppedPlaylistIndex(stepItemsOf(playlistState), playlistState.indexPlay, +1);
-        seekPressRun.forgetRun();
         isDoubleClickedPlayList = true;
         continueOpenFile();
     } catch (const std::exception &error) {

@@ -21,6 +21,11 @@ public:
     virtual bool askToAddMoreFiles(int countOfNewFiles) = 0;
 };
 
+// Marks the stream files of a Blu-ray disc ("/BDMV/STREAM", any case) that
+// are smaller than a tenth of the same disc's largest: menus, trailers and
+// logos, which previous and next step over while the playlist lists them.
+void markSmallBlurayStreamFiles(QList<PlaylistItem> &items);
+
 // Builds the playlist from what was opened. Every builder empties the playlist
 // first, fills each item's played state from the played-state record (a file
 // whose size changed starts afresh), makes one item current and copies its
@@ -28,11 +33,6 @@ public:
 // folders ("QZRRecentIsFolder"). Items are in Finder order. A folder that cannot
 // be listed gives no items; vanished files are left out.
 // Thread-safety: main thread only.
-// Marks the stream files of a Blu-ray disc ("/BDMV/STREAM", any case) that
-// are smaller than a tenth of the same disc's largest: menus, trailers and
-// logos, which previous and next step over while the playlist lists them.
-void markSmallBlurayStreamFiles(QList<PlaylistItem> &items);
-
 class PlaylistBuilder {
 public:
     PlaylistBuilder(Playlist &playlist, OpenedItems &openedItems, MoreFilesQuestion &question);

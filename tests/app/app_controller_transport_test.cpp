@@ -182,5 +182,18 @@ TEST(ControllerPlaylist, NextAndPreviousMoveThroughThePlaylist) {
     }
 }
 
+TEST(ControllerPlaylist, APendingSeekEndLeavesTheNextFileAlone) {
+    test::ControllerHarness harness(QRect(0, 0, 1280, 800));
+    AppController &controller = *harness.controller;
+    harness.open({"h264_aac.mkv", "h264_640x360.mkv"});
+    ASSERT_EQ(controller.engine().rate(), 1.0);
+    controller.clickForwardMenu();  // its end is still pending
+    controller.clickNextFileButton();
+    controller.clickPlayPauseButton();  // the user pauses the new file
+    ASSERT_EQ(controller.engine().rate(), 0.0);
+    controller.restorePlayRate();
+    EXPECT_EQ(controller.engine().rate(), 0.0) << "the old file's rate came back";
+}
+
 }  // namespace
 }  // namespace tolvane

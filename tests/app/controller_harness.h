@@ -49,7 +49,6 @@ public:
     std::unique_ptr<AppController> controller;
     QStringList messages;
     QList<QRect> requestedFrames;  // of the main window
-    TemporaryTree openedFolder;
 };
 
 }  // namespace tolvane::test
