@@ -169,7 +169,9 @@ void AppController::registerObservers() {
     hasObservers = true;
     // Every handler runs on the main thread at the next turn of its loop: the
     // engine posts from its worker threads, and a view posting from inside a
-    // drop must not wait on the modal alerts an open may show.
+    // drop must not wait on the modal alerts an open may show. The right
+    // button ("MYRightMouseDown") opens the window's menu, which the main
+    // window observes itself: a borderless window has no menu bar.
     struct ObservedNotification {
         const char *name;
         std::function<void(AppController &, const Notification &)> handler;
@@ -191,8 +193,6 @@ void AppController::registerObservers() {
          [](AppController &c, const Notification &) { c.alertWhenAudioDecodingError(); }},
         {kIsInterlacedNotification,
          [](AppController &c, const Notification &) { c.catchedInterlacedFrameInFFmpegMode(); }},
-        {"MYRightMouseDown",
-         [](AppController &c, const Notification &) { c.clickPlayPauseButton(); }},
         {"MYScrollGestureLeft",
          [](AppController &c, const Notification &) { c.clickBackwardMenu(); }},
         {"MYScrollGestureRight",
