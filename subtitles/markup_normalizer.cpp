@@ -52,6 +52,10 @@ QString characterForReference(QStringView reference) {
         }
     }
     const std::int32_t code = integerValueSaturating(digits);
+    // "&#0;" was a NUL where these captions were made, which draws nothing.
+    if (code == 0) {
+        return QString();
+    }
     const bool valid = code > 0 && code <= 0x10FFFF && !(code >= 0xD800 && code <= 0xDFFF);
     const char32_t codePoint = valid ? char32_t(code) : kReplacementCharacter;
     return QString::fromUcs4(&codePoint, 1);
