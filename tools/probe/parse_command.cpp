@@ -4,6 +4,7 @@
 #include <QVariantList>
 #include <optional>
 
+#include "json_stream.h"
 #include "probe_commands.h"
 #include "processed_line_json.h"
 #include "subtitles/markup_spans.h"
@@ -45,12 +46,18 @@ std::optional<ParseArguments> parseArgumentsFrom(const QStringList &arguments) {
     return parsed;
 }
 
-QVariantList cuesOf(const TimeContentDictionary &dictionary, const CaptionColor &defaultColor) {
-    QVariantList cues;
+// Streams [cue, ...] in key order: a 40,000-cue file printed as one document
+// used to hold the document three times over (variants, JSON tree, bytes).
+void writeCues(JsonStream &json, const TimeContentDictionary &dictionary,
+               const CaptionColor &defaultColor) {
+    json.raw("[");
+    bool isFirst = true;
     for (const QString &key : sortedArrayWithDescriptorKey(u"intValue", dictionary.keys())) {
-        cues.append(cueOfProcessedLine(key, dictionary[key], defaultColor));
+        json.raw(isFirst ? "" : ",");
+        isFirst = false;
+        writeCueOfProcessedLine(json, key, *dictionary.constFind(key), defaultColor);
     }
-    return cues;
+    json.raw("]");
 }
 
 }  // namespace
@@ -86,21 +93,35 @@ int runParseCommand(const QStringList &arguments) {
         }
     }
     const TagProcessor tagProcessor{CaptionStyle{}};
-    QVariantMap tracks;
-    QVariant lastCueNumber;
+    JsonStream json(stdout);
+    json.raw("{\"format\":");
+    json.string(type);
+    json.raw(",\"lastcuenumber\":");
     if (type == u"smi") {
+        json.raw("null,\"tracks\":{");
+        bool isFirst = true;
         for (const auto &[className, dictionary] :
              parsingSmiFileToLocalTimeContent(text, type, tagProcessor)) {
-            tracks.insert(className, cuesOf(dictionary, tagProcessor.defaultColor()));
+            json.raw(isFirst ? "" : ",");
+            isFirst = false;
+            json.string(className);
+            json.raw(":");
+            writeCues(json, dictionary, tagProcessor.defaultColor());
         }
+        json.raw("}");
     } else if (type == u"srt") {
         if (const auto result = parsingSrtFileToTimeContent(text, type, tagProcessor)) {
-            lastCueNumber = result->lastcuenumber;
-            tracks.insert(QStringLiteral("srt"),
-                          cuesOf(result->topdic, tagProcessor.defaultColor()));
+            json.value(result->lastcuenumber);
+            json.raw(",\"tracks\":{\"srt\":");
+            writeCues(json, result->topdic, tagProcessor.defaultColor());
+            json.raw("}");
+        } else {
+            json.raw("null,\"tracks\":{}");
         }
+    } else {
+        json.raw("null,\"tracks\":{}");
     }
-    printJson(QVariantMap{{"format", type}, {"lastcuenumber", lastCueNumber}, {"tracks", tracks}});
+    json.raw("}\n");
     return 0;
 }
 
