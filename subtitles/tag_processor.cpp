@@ -83,6 +83,9 @@ public:
                       outlineAttributes(styles.faceBits[startAt], fontSize));
             runStart = i;
         }
+        // A track keeps tens of thousands of these for the length of a video.
+        outlineRuns.shrink_to_fit();
+        fillRuns.shrink_to_fit();
         const QString shared = text.sliced(first, count).toString();
         outline = StyledString(shared, std::move(outlineRuns));
         fill = StyledString(shared, std::move(fillRuns));
@@ -283,6 +286,7 @@ std::vector<ProcessedRow> rowsOf(const CaptionLine &line, const RowStringBuilder
         rowKey += 2;
         rowStart = rowEnd + 1;
     }
+    rows.shrink_to_fit();
     return rows;
 }
 
