@@ -199,12 +199,15 @@ std::vector<CaptionColor> applyFontColors(CharacterStyles &styles,
     for (const TaggedRange &range :
          arrayFromStartEndLocDic(tagSpans, u"<font", u"</font>", normalized)) {
         const QStringView colorText = colorTextOfFontTag(range.openTag);
-        if (colorText.isEmpty()) {
+        const qsizetype first = std::max<qsizetype>(range.first, 0);
+        // A pair around no text (the fuzzer's "<fontcolor=><font>") has
+        // nothing to colour, and its iterators must not be formed at all.
+        if (colorText.isEmpty() || range.last < first) {
             continue;
         }
         palette.push_back(computeColor(colorText, isDefaultColor));
-        std::fill(styles.colorIndex.begin() + range.first,
-                  styles.colorIndex.begin() + range.last + 1, int(palette.size() - 1));
+        std::fill(styles.colorIndex.begin() + first, styles.colorIndex.begin() + range.last + 1,
+                  int(palette.size() - 1));
     }
     return palette;
 }
@@ -215,7 +218,7 @@ void applyItalicAndBold(CharacterStyles &styles, const std::vector<TextSpan> &ta
          {std::tuple{u"<i>", u"</i>", kItalicBit}, std::tuple{u"<b>", u"</b>", kBoldBit}}) {
         for (const TaggedRange &range :
              arrayFromStartEndLocDic(tagSpans, openTag, closeTag, normalized)) {
-            for (qsizetype i = range.first; i <= range.last; ++i) {
+            for (qsizetype i = std::max<qsizetype>(range.first, 0); i <= range.last; ++i) {
                 styles.faceBits[std::size_t(i)] |= bit;
             }
         }

@@ -39,6 +39,20 @@ TEST(Robustness, TenMegabyteSingleLineWithTheSystemFont) {
     EXPECT_GT(classes.at("A").value("1").rows.size(), 1000u);
 }
 
+// Found by the SAMI fuzz target: a colour pair around no text at all.
+TEST(Robustness, FontColourPairAroundNothing) {
+    const auto classes =
+        parsingSmiFileToLocalTimeContent(u"<SYNCStart=><fontcolor=><font><syncstart <P Class=>",
+                                         u"smi", test::fixedWidthProcessor());
+    EXPECT_LE(classes.size(), 1u);
+    const TagProcessor processor = test::fixedWidthProcessor();
+    for (const QStringView content : {u"<font color=red></font>", u"<fontcolor=><font>",
+                                      u"<font color=red><font color=blue></font></font>"}) {
+        EXPECT_TRUE(processor.processingTag(content, u"smi").rows.empty())
+            << content.toString().toStdString();
+    }
+}
+
 TEST(Robustness, MillionsOfTagsAndDeepNesting) {
     const TagProcessor processor = test::fixedWidthProcessor();
     struct TagCase {
