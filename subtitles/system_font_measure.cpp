@@ -18,7 +18,7 @@ constexpr int kSystemFontPixelSize = 13;
 // line in pieces bounds that memory. The seams lose at most a kerning pair.
 constexpr qsizetype kMeasuredPieceLength = 4096;
 
-double estimatedTextWidth(const QString &text) {
+double estimatedWidth(const QString &text) {
     double width = 0.0;
     for (const QChar character : text) {
         const char16_t unit = character.unicode();
@@ -92,6 +92,8 @@ private:
 
 }  // namespace
 
+TagProcessor::TextWidthMeasure estimatedTextWidthMeasure() { return estimatedWidth; }
+
 TagProcessor::TextWidthMeasure systemFontTextWidthMeasure() {
     if (qobject_cast<QGuiApplication *>(QCoreApplication::instance()) == nullptr) {
         static const bool warned = [] {
@@ -100,7 +102,7 @@ TagProcessor::TextWidthMeasure systemFontTextWidthMeasure() {
             return true;
         }();
         (void)warned;
-        return estimatedTextWidth;
+        return estimatedWidth;
     }
     QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
     font.setPixelSize(kSystemFontPixelSize);
