@@ -1,6 +1,9 @@
 #include "played_state_records.h"
 
 #include <QCborValue>
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QSettings>
 #include <QStorageInfo>
@@ -25,7 +28,42 @@ QByteArray storedRecordData(const char *key) {
     return openTolvaneSettings()->value(QLatin1String(key)).toByteArray();
 }
 
-QVariantMap recordFromData(const char *key, const QByteArray &data) {
+// Copies a damaged record into a file of its own beside the settings. Each
+// damage gets a new name, so a later one never replaces an earlier copy.
+// Throws when no copy could be made: the record must then stay where it is.
+void setAsideDamagedRecord(const char *key, const QByteArray &data, const QString &reason) {
+    const QFileInfo settingsFile(openTolvaneSettings()->fileName());
+    QDir().mkpath(settingsFile.path());
+    const QString stamp =
+        QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss-zzz"));
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        const QString path =
+            QStringLiteral("%1/%2.%3.%4%5.damaged")
+                .arg(settingsFile.path(), settingsFile.completeBaseName(), QLatin1String(key),
+                     stamp, attempt == 0 ? QString() : QStringLiteral("-%1").arg(attempt));
+        QFile copy(path);
+        if (!copy.open(QIODevice::WriteOnly | QIODevice::NewOnly)) {
+            if (copy.exists()) {
+                continue;
+            }
+            break;
+        }
+        if (copy.write(data) != data.size() || !copy.flush()) {
+            copy.remove();
+            break;
+        }
+        logWarning(QStringLiteral("The record \"%1\" is unreadable (%2): it was kept in %3 and "
+                                  "starts again empty")
+                       .arg(QLatin1String(key), reason, path));
+        return;
+    }
+    throw std::runtime_error("a damaged record could not be set aside");
+}
+
+// Reads the record under `key`. A value that is not a CBOR map is damage: it
+// is set aside and removed, so that it reads as empty from then on and the
+// next save cannot destroy the only copy.
+QVariantMap readRecordSettingAsideDamage(const char *key, const QByteArray &data) {
     if (data.isEmpty()) {
         return {};
     }
@@ -33,12 +71,16 @@ QVariantMap recordFromData(const char *key, const QByteArray &data) {
     // partly decoded value can crash.
     QCborParserError error;
     const QCborValue record = QCborValue::fromCbor(data, &error);
-    if (error.error != QCborError::NoError || !record.isMap()) {
-        logWarning(QStringLiteral("The record \"%1\" is unreadable and is read as empty: %2")
-                       .arg(QLatin1String(key), error.errorString()));
-        return {};
+    if (error.error == QCborError::NoError && record.isMap()) {
+        return record.toVariant().toMap();
     }
-    return record.toVariant().toMap();
+    setAsideDamagedRecord(key, data,
+                          error.error != QCborError::NoError ? error.errorString()
+                                                             : QStringLiteral("not a dictionary"));
+    const auto settings = openTolvaneSettings();
+    settings->remove(QLatin1String(key));
+    settings->sync();
+    return {};
 }
 
 // Returns the bytes stored. Throws so that the caller's boundary logs the
@@ -71,11 +113,6 @@ TotalFdFlsDataCache &totalFdFlsDataCache() {
 
 QString folderPathOfFile(const QString &filePath) { return QFileInfo(filePath).path(); }
 
-bool isOnReadOnlyFileSystem(const QUrl &url) {
-    const QStorageInfo storage(url.toLocalFile());
-    return storage.isValid() && storage.isReadOnly();
-}
-
 // The size the file had when the playlist was built: the state being saved
 // belongs to that file, even if another one has replaced it on disk since.
 quint64 sizeOfCurrentFileWhenLoaded(const Playlist &playlist) {
@@ -89,26 +126,32 @@ quint64 sizeOfCurrentFileWhenLoaded(const Playlist &playlist) {
     return currentFileSizeOfURL(current);
 }
 
-RecentURLGroup recentGroupFromURLs(const QList<QUrl> &urls, bool isVideoGroup) {
+RecentURLGroup recentGroupFromURLs(const QList<QUrl> &urls) {
     RecentURLGroup group;
     for (const QUrl &url : urls) {
-        RecentURLEntry entry;
-        entry.absolute = url.toString();
-        entry.writable = !isOnReadOnlyFileSystem(url);
-        // A video on a read-only disk is recorded without a bookmark; reopening
-        // reports it instead of failing silently.
-        if (!isVideoGroup || entry.writable) {
-            entry.bookmark = bookmarkDataFromURL(url);
-        }
-        group.lurls.append(entry);
+        group.lurls.append(PlayedStateRecords::recentURLEntryFromURL(
+            url, PlayedStateRecords::isOnWritableDisk(url)));
     }
     return group;
+}
+
+// Records written before every item kept its bookmark hold the path alone.
+std::optional<QUrl> resolvedURLOfEntry(const RecentURLEntry &entry) {
+    if (std::optional<QUrl> url = resolvedURLFromBookmarkData(entry.bookmark)) {
+        return url;
+    }
+    const QUrl absolute(entry.absolute);
+    if (entry.bookmark.isEmpty() && absolute.isLocalFile() &&
+        QFileInfo::exists(absolute.toLocalFile())) {
+        return absolute;
+    }
+    return std::nullopt;
 }
 
 QList<QUrl> resolvedURLsOfGroup(const RecentURLGroup &group) {
     QList<QUrl> urls;
     for (const RecentURLEntry &entry : group.lurls) {
-        if (const std::optional<QUrl> url = resolvedURLFromBookmarkData(entry.bookmark)) {
+        if (const std::optional<QUrl> url = resolvedURLOfEntry(entry)) {
             urls.append(*url);
         }
     }
@@ -125,7 +168,7 @@ void PlayedStateRecords::saveTotalFdFlsData(const QString &mode) {
         return;
     }
     try {
-        TotalFdFlsData total = readTotalFdFlsData();
+        TotalFdFlsData total = readTotalFdFlsDataForSaving();
         total.ttfolder = newDicFromTtFolderDic(total.ttfolder, mode);
         total.ttfile = newDicFromTtFileDic(total.ttfile);
         storeTotalFdFlsData(total);
@@ -177,11 +220,21 @@ TtFolderDic PlayedStateRecords::newDicFromTtFolderDic(const TtFolderDic &ttfolde
 }
 
 TotalFdFlsData PlayedStateRecords::readTotalFdFlsData() {
+    try {
+        return readTotalFdFlsDataForSaving();
+    } catch (const std::exception &error) {
+        logException("rtffd", error.what());
+        return {};
+    }
+}
+
+TotalFdFlsData PlayedStateRecords::readTotalFdFlsDataForSaving() {
     const QByteArray data = storedRecordData(kTotalFdFlsDataKey);
     TotalFdFlsDataCache &cache = totalFdFlsDataCache();
     const NamedLockGuard guard(cache.mutex);
     if (data.isEmpty() || data != cache.data) {
-        cache.total = TotalFdFlsData::fromVariantMap(recordFromData(kTotalFdFlsDataKey, data));
+        cache.total =
+            TotalFdFlsData::fromVariantMap(readRecordSettingAsideDamage(kTotalFdFlsDataKey, data));
         cache.data = data;
     }
     return cache.total;
@@ -238,7 +291,7 @@ QStringList PlayedStateRecords::getSavedRecentPList1DicFromTotalFdFlsDic(
 
 void PlayedStateRecords::saveRecentFdFlsData(const QString &part) {
     try {
-        RecentFdFlsData recent = readRecentFdFlsData();
+        RecentFdFlsData recent = readRecentFdFlsDataForSaving();
         const bool isAll = part == QLatin1String("all");
         if (isAll || part == QLatin1String("folder")) {
             recent.rcfolder = newDicFromRcFolderDic();
@@ -259,20 +312,29 @@ void PlayedStateRecords::saveRecentFdFlsData(const QString &part) {
 }
 
 RecentURLGroup PlayedStateRecords::newDicFromRcFolderDic() const {
-    return recentGroupFromURLs(openedItems.openedFolderURLs, false);
+    return recentGroupFromURLs(openedItems.openedFolderURLs);
 }
 
 RecentURLGroup PlayedStateRecords::newDicFromRcSubtitleDic() const {
-    return recentGroupFromURLs(openedItems.openedSubtitleFileURLs, false);
+    return recentGroupFromURLs(openedItems.openedSubtitleFileURLs);
 }
 
 RecentURLGroup PlayedStateRecords::newDicFromRcVideoDic() const {
-    return recentGroupFromURLs(openedItems.openedVideoFileURLs, true);
+    return recentGroupFromURLs(openedItems.openedVideoFileURLs);
 }
 
 RecentFdFlsData PlayedStateRecords::readRecentFdFlsData() {
+    try {
+        return readRecentFdFlsDataForSaving();
+    } catch (const std::exception &error) {
+        logException("rrffd", error.what());
+        return {};
+    }
+}
+
+RecentFdFlsData PlayedStateRecords::readRecentFdFlsDataForSaving() {
     return RecentFdFlsData::fromVariantMap(
-        recordFromData(kRecentFdFlsDataKey, storedRecordData(kRecentFdFlsDataKey)));
+        readRecordSettingAsideDamage(kRecentFdFlsDataKey, storedRecordData(kRecentFdFlsDataKey)));
 }
 
 RecentURLGroup PlayedStateRecords::getSavedRecentFolderDicFromRecentFdFlsDic(
@@ -292,6 +354,31 @@ RecentURLGroup PlayedStateRecords::getSavedRecentVideoDicFromRecentFdFlsDic(
 
 int PlayedStateRecords::getSavedRecentPList0IndexFromRecentFdFlsDic(const RecentFdFlsData &recent) {
     return recent.rcplist0idx;
+}
+
+RecentURLEntry PlayedStateRecords::recentURLEntryFromURL(const QUrl &url, bool writable) {
+    RecentURLEntry entry;
+    entry.absolute = url.toString();
+    entry.writable = writable;
+    entry.bookmark = bookmarkDataFromURL(url);
+    return entry;
+}
+
+bool PlayedStateRecords::isOnWritableDisk(const QUrl &url) {
+    const QStorageInfo storage(url.toLocalFile());
+    return !(storage.isValid() && storage.isReadOnly());
+}
+
+QList<QUrl> PlayedStateRecords::getSavedRecentVideosOnNotWritableDisk(
+    const RecentFdFlsData &recent) {
+    QList<QUrl> urls;
+    for (const RecentURLEntry &entry : recent.rcvideo.lurls) {
+        if (const std::optional<QUrl> url = resolvedURLOfEntry(entry);
+            url && (!entry.writable || !isOnWritableDisk(*url))) {
+            urls.append(*url);
+        }
+    }
+    return urls;
 }
 
 void PlayedStateRecords::loadRecentFdFlsData() {

@@ -14,11 +14,14 @@ struct Playlist;
 // The three persisted records: "QZRTotalFdFlsData" (the played state of every
 // file and folder), "QZRRecentFdFlsData" (what was opened last) and
 // "QZRRecentIsFolder". Each is one value under its key in the user defaults,
-// a CBOR-serialised property list; an absent or unreadable value reads as an
-// empty record. Writes go through QSettings' atomic save, so a crash during a
-// save leaves the previous record readable. A failed save is logged and leaves
-// the stored record as it was.
-// Thread-safety: main thread only (it reads the playlist and the opened items).
+// a CBOR-serialised property list; an absent value reads as an empty record.
+// An unreadable one is copied into a file of its own beside the settings
+// ("Tolvane.<key>.<time>.damaged"), removed, and read as empty, so the next
+// save cannot overwrite the only copy; when no copy can be made, reading and
+// saving that record fail and leave it in place. Writes go through QSettings' atomic save, so a
+// crash during a save leaves the previous record readable. A failed save is logged and leaves the
+// stored record as it was. Thread-safety: main thread only (it reads the playlist and the opened
+// items).
 class PlayedStateRecords {
 public:
     PlayedStateRecords(const Playlist &playlist, OpenedItems &openedItems);
@@ -55,6 +58,14 @@ public:
     RecentURLGroup newDicFromRcSubtitleDic() const;
     RecentURLGroup newDicFromRcVideoDic() const;
 
+    // The recent record's entry of one opened item: on Linux its bookmark is
+    // the path, which a read-only disk does not prevent.
+    static RecentURLEntry recentURLEntryFromURL(const QUrl &url, bool writable);
+    static bool isOnWritableDisk(const QUrl &url);
+    // The recent videos that reopening cannot write to (their disk was, or is
+    // now, read-only): what the read-only-disk alert names.
+    static QList<QUrl> getSavedRecentVideosOnNotWritableDisk(const RecentFdFlsData &recent);
+
     static RecentFdFlsData readRecentFdFlsData();
     static RecentURLGroup getSavedRecentFolderDicFromRecentFdFlsDic(const RecentFdFlsData &recent);
     static RecentURLGroup getSavedRecentSubtitleDicFromRecentFdFlsDic(
@@ -70,6 +81,11 @@ public:
     static bool getSavedRecentIsFolder();
 
 private:
+    // As the readers above, but throwing when a damaged record could not be
+    // set aside, so that the save which called them leaves it in place.
+    static TotalFdFlsData readTotalFdFlsDataForSaving();
+    static RecentFdFlsData readRecentFdFlsDataForSaving();
+
     const Playlist &playlist;
     OpenedItems &openedItems;
 };

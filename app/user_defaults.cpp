@@ -117,7 +117,20 @@ bool removeOwnerlessSettingsLock() {
     return ageMs > kOwnerWritingGraceMs && QFile::remove(lockPath);
 }
 
-UserDefaults::UserDefaults() : UserDefaults(preferredCaptionFontName()) {}
+QString registeredCaptionFontName(const std::function<QString()> &preferredFontName) {
+    const auto settings = openTolvaneSettings();
+    const QString registered = settings->value(QLatin1String(kRegisteredFontNameKey)).toString();
+    if (!registered.isEmpty()) {
+        return registered;
+    }
+    const QString chosen = preferredFontName();
+    settings->setValue(QLatin1String(kRegisteredFontNameKey), chosen);
+    settings->sync();
+    return chosen;
+}
+
+UserDefaults::UserDefaults()
+    : UserDefaults(registeredCaptionFontName([] { return preferredCaptionFontName(); })) {}
 
 UserDefaults::UserDefaults(const QString &defaultCaptionFontName)
     : table(userDefaultsTable(defaultCaptionFontName)) {}

@@ -5,6 +5,7 @@
 #include <QSettings>
 #include <QString>
 #include <QVariant>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -37,6 +38,15 @@ std::vector<UserDefaultsEntry> userDefaultsTable(const QString &defaultCaptionFo
 // fontconfig's generic sans-serif.
 QString fallbackCaptionFontName();
 
+// The default caption font as first registered. The font of choice depends on
+// the fonts installed, and the per-font settings of the default font are kept
+// under its name: computed afresh at every start, installing a CJK font would
+// silently drop the user's size, bold and margin. The first start stores it
+// under kRegisteredFontNameKey; later starts read it back without asking
+// `preferredFontName`.
+inline constexpr const char *kRegisteredFontNameKey = "RegisteredFontName";
+QString registeredCaptionFontName(const std::function<QString()> &preferredFontName);
+
 // The settings object of the application, with atomic saving required: sync()
 // writes a new file and renames it over the old one, so a crash mid-save
 // leaves the previous settings readable.
@@ -50,8 +60,8 @@ bool removeOwnerlessSettingsLock();
 
 class UserDefaults {
 public:
-    // Registers the table's defaults (registerDefaults), with the installed
-    // caption font of choice as the default "FontName".
+    // Registers the table's defaults (registerDefaults), with the registered
+    // caption font as the default "FontName".
     UserDefaults();
     explicit UserDefaults(const QString &defaultCaptionFontName);
 

@@ -3,8 +3,9 @@
 // The bodies of the libFuzzer targets, shared with the test that replays the
 // seed corpus, so both run exactly the same code. Each takes arbitrary bytes,
 // runs one caption entry point on them and aborts when a result breaks an
-// invariant that the caption layout relies on. They need a QGuiApplication
-// (caption wrapping measures with the system font).
+// invariant that the caption layout relies on. They measure caption widths
+// with the font-free estimate, so they need no application object and give
+// the same results on every machine.
 
 #include <cstddef>
 #include <cstdint>

@@ -37,9 +37,39 @@ QString removingSpans(const QString &text, QStringView openString, const QString
                           [](QStringView) { return QString(); });
 }
 
+char16_t asciiLoweredCharacter(QChar character) {
+    const char16_t unit = character.unicode();
+    return unit >= u'A' && unit <= u'Z' ? char16_t(unit + (u'a' - u'A')) : unit;
+}
+
+// Whether `needle` (ASCII, starting with a character that has no case) may
+// occur in `text` for a case-insensitive replacement. Finding the first
+// character is a fast scan, where Qt's search folds every character; a
+// non-ASCII character counts as a possible match, leaving Unicode case
+// folding to Qt.
+bool mayContainIgnoringCase(QStringView text, QStringView needle) {
+    for (qsizetype at = text.indexOf(needle.front()); at >= 0 && at + needle.size() <= text.size();
+         at = text.indexOf(needle.front(), at + 1)) {
+        qsizetype matched = 1;
+        while (matched < needle.size() &&
+               (text[at + matched].unicode() >= 0x80 ||
+                asciiLoweredCharacter(text[at + matched]) == needle[matched].unicode())) {
+            ++matched;
+        }
+        if (matched == needle.size()) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// Every replaced text here is lower-case ASCII starting with "<", "&", "\r"
+// or "\n".
 void replaceAll(QString &text, QStringView before, QStringView after,
                 Qt::CaseSensitivity sensitivity = Qt::CaseInsensitive) {
-    if (text.size() >= before.size()) {
+    // QString::replace sets up a matcher even when there is nothing to
+    // replace; looking first is cheaper for the short texts of cues.
+    if (text.size() >= before.size() && mayContainIgnoringCase(text, before)) {
         text.replace(before.data(), before.size(), after.data(), after.size(), sensitivity);
     }
 }
@@ -52,6 +82,10 @@ QString characterForReference(QStringView reference) {
         }
     }
     const std::int32_t code = integerValueSaturating(digits);
+    // "&#0;" was a NUL where these captions were made, which draws nothing.
+    if (code == 0) {
+        return QString();
+    }
     const bool valid = code > 0 && code <= 0x10FFFF && !(code >= 0xD800 && code <= 0xDFFF);
     const char32_t codePoint = valid ? char32_t(code) : kReplacementCharacter;
     return QString::fromUcs4(&codePoint, 1);
@@ -84,23 +118,35 @@ QString filteredTag(QStringView tag) {
 
 QString pre_processingTag(QStringView content, QStringView type) {
     QString text = content.toString();
+    // Most cue texts hold no mark-up at all: each step runs only when its
+    // marker character is there, since every replacement scans the text.
+    const bool hasBreakTag = text.contains(QLatin1Char('<'));
     if (type == u"smi") {
         text.remove(QLatin1Char('\r'));
         text.remove(QLatin1Char('\n'));
-        replaceAll(text, u"<br>", u"\n");
-        replaceAll(text, u"<br />", u"\n");
-    } else if (type == u"srt") {
-        replaceAll(text, u"<br />", u"<br>");
-        for (const QStringView lineBreak :
-             {u"<br>\r\n", u"\r\n<br>", u"<br> \r\n", u"<br>\r", u"<br> \r"}) {
-            replaceAll(text, lineBreak, u"\n");
+        if (hasBreakTag) {
+            replaceAll(text, u"<br>", u"\n");
+            replaceAll(text, u"<br />", u"\n");
         }
-        replaceAll(text, u"\r\n", u"\n", Qt::CaseSensitive);
-        replaceAll(text, u"\r", u"\n", Qt::CaseSensitive);
-        replaceAll(text, u"<br>", u"\n");
+    } else if (type == u"srt") {
+        const bool hasCarriageReturn = text.contains(QLatin1Char('\r'));
+        if (hasBreakTag) {
+            replaceAll(text, u"<br />", u"<br>");
+            if (hasCarriageReturn) {
+                for (const QStringView lineBreak :
+                     {u"<br>\r\n", u"\r\n<br>", u"<br> \r\n", u"<br>\r", u"<br> \r"}) {
+                    replaceAll(text, lineBreak, u"\n");
+                }
+            }
+        }
+        if (hasCarriageReturn) {
+            replaceAll(text, u"\r\n", u"\n", Qt::CaseSensitive);
+            replaceAll(text, u"\r", u"\n", Qt::CaseSensitive);
+        }
+        if (hasBreakTag) {
+            replaceAll(text, u"<br>", u"\n");
+        }
     }
-    // Most cue texts hold no mark-up at all: each step runs only when its
-    // marker character is there.
     if (text.contains(QLatin1Char('&'))) {
         replaceAll(text, u"&nbsp;", u" ");
         replaceAll(text, u"&nbsp", u" ");

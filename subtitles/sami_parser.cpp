@@ -104,7 +104,8 @@ SamiClassDictionaries parsingSmiFileToLocalTimeContent(QStringView text, QString
     QString currentClass;
     bool hasCurrentClass = false;
     const auto store = [&](qsizetype contentStart, qsizetype contentEnd) {
-        classes[currentClass].insert(
+        // emplace moves the processed line in; insert would copy every row.
+        classes[currentClass].emplace(
             timeKey,
             tagProcessor.processingTag(text.sliced(contentStart, contentEnd - contentStart), type));
     };

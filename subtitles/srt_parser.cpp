@@ -97,6 +97,7 @@ std::optional<SrtParsingResult> parsingSrtFileToTimeContent(QStringView text, QS
     }
 
     SrtParsingResult result;
+    result.topdic.reserve(qsizetype(timeLineIndices.size()) * 2 + 1);
     const ProcessedLine cleared = tagProcessor.processingTag(u"", type);
     for (std::size_t k = 0; k < timeLineIndices.size(); ++k) {
         const qsizetype firstTextLine = timeLineIndices[k] + 1;
@@ -113,8 +114,9 @@ std::optional<SrtParsingResult> parsingSrtFileToTimeContent(QStringView text, QS
             cueText =
                 trimmedOfNewlines(text.sliced(start, lines[std::size_t(lastTextLine)].end - start));
         }
-        result.topdic.insert(QString::number(times.start),
-                             tagProcessor.processingTag(cueText, type));
+        // emplace moves the processed line in; insert would copy every row.
+        result.topdic.emplace(QString::number(times.start),
+                              tagProcessor.processingTag(cueText, type));
         result.topdic.insert(QString::number(times.end), cleared);
     }
     result.lastcuenumber =

@@ -9,16 +9,32 @@ namespace {
 
 constexpr const char *kChosenFolderSubfolder = "/Tolvane";
 
-// Tries the plain and then the asterisk name of `stem` in `folder`.
+// Tries the plain and then the asterisk name of `stem` in `folder`. Names are
+// matched without regard to case, as on the file systems these captions come
+// from; files whose names differ only in case are all taken, in code-point
+// order of their names, so the order does not depend on the directory.
 void addExistingCandidates(const QString &folder, const QString &stem, const QString &type,
                            const QString &ptype, std::vector<FoundSubtitleFile> &found) {
     const QString names[] = {QStringLiteral("%1.%2").arg(stem, type),
                              QStringLiteral("%1*.%2").arg(stem, type)};
     const QString ptypes[] = {ptype, ptype + QLatin1Char('*')};
+    const QDir directory(folder);
+    const QStringList entries =
+        directory.entryList(QDir::Files | QDir::Hidden | QDir::System, QDir::Unsorted);
     for (int i = 0; i < 2; ++i) {
-        const QFileInfo candidate(folder + QLatin1Char('/') + names[i]);
-        if (candidate.isFile()) {
-            found.push_back({candidate.canonicalFilePath(), ptypes[i]});
+        QStringList matching;
+        for (const QString &entry : entries) {
+            if (entry.size() == names[i].size() &&
+                entry.compare(names[i], Qt::CaseInsensitive) == 0) {
+                matching.append(entry);
+            }
+        }
+        matching.sort(Qt::CaseSensitive);
+        for (const QString &name : matching) {
+            const QFileInfo candidate(directory.filePath(name));
+            if (candidate.isFile()) {
+                found.push_back({candidate.canonicalFilePath(), ptypes[i]});
+            }
         }
     }
 }

@@ -17,6 +17,7 @@ struct FoundSubtitleFile {
 // `videoPath`, in search order. The passes stop after the first that finds
 // anything, so a file beside the video hides the chosen folder. The asterisk
 // form ("movie*.smi" for "movie.avi") is a literal name, never a pattern.
+// Names and extensions match without regard to case ("Movie.SMI").
 // `whereFolder` empty means no chosen folder.
 std::vector<FoundSubtitleFile> realSubtitleURL(const QString &videoPath, const QString &type,
                                                bool bdmv, const QString &whereFolder);

@@ -83,6 +83,9 @@ public:
                       outlineAttributes(styles.faceBits[startAt], fontSize));
             runStart = i;
         }
+        // A track keeps tens of thousands of these for the length of a video.
+        outlineRuns.shrink_to_fit();
+        fillRuns.shrink_to_fit();
         const QString shared = text.sliced(first, count).toString();
         outline = StyledString(shared, std::move(outlineRuns));
         fill = StyledString(shared, std::move(fillRuns));
@@ -196,12 +199,15 @@ std::vector<CaptionColor> applyFontColors(CharacterStyles &styles,
     for (const TaggedRange &range :
          arrayFromStartEndLocDic(tagSpans, u"<font", u"</font>", normalized)) {
         const QStringView colorText = colorTextOfFontTag(range.openTag);
-        if (colorText.isEmpty()) {
+        const qsizetype first = std::max<qsizetype>(range.first, 0);
+        // A pair around no text (the fuzzer's "<fontcolor=><font>") has
+        // nothing to colour, and its iterators must not be formed at all.
+        if (colorText.isEmpty() || range.last < first) {
             continue;
         }
         palette.push_back(computeColor(colorText, isDefaultColor));
-        std::fill(styles.colorIndex.begin() + range.first,
-                  styles.colorIndex.begin() + range.last + 1, int(palette.size() - 1));
+        std::fill(styles.colorIndex.begin() + first, styles.colorIndex.begin() + range.last + 1,
+                  int(palette.size() - 1));
     }
     return palette;
 }
@@ -212,7 +218,7 @@ void applyItalicAndBold(CharacterStyles &styles, const std::vector<TextSpan> &ta
          {std::tuple{u"<i>", u"</i>", kItalicBit}, std::tuple{u"<b>", u"</b>", kBoldBit}}) {
         for (const TaggedRange &range :
              arrayFromStartEndLocDic(tagSpans, openTag, closeTag, normalized)) {
-            for (qsizetype i = range.first; i <= range.last; ++i) {
+            for (qsizetype i = std::max<qsizetype>(range.first, 0); i <= range.last; ++i) {
                 styles.faceBits[std::size_t(i)] |= bit;
             }
         }
@@ -283,6 +289,7 @@ std::vector<ProcessedRow> rowsOf(const CaptionLine &line, const RowStringBuilder
         rowKey += 2;
         rowStart = rowEnd + 1;
     }
+    rows.shrink_to_fit();
     return rows;
 }
 

@@ -80,5 +80,8 @@ private:
 // QGuiApplication. Without one it logs once and estimates from character
 // classes, so headless callers never abort.
 TagProcessor::TextWidthMeasure systemFontTextWidthMeasure();
+// Estimates from character classes alone (13 px for wide characters, 6.5 px
+// for the others): no fonts, no state, the same answer on every machine.
+TagProcessor::TextWidthMeasure estimatedTextWidthMeasure();
 
 }  // namespace tolvane::subtitles

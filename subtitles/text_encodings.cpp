@@ -3,12 +3,16 @@
 #include <fcntl.h>
 #include <uchardet/uchardet.h>
 #include <unicode/ucnv.h>
+#include <unicode/ucnv_cb.h>
 #include <unistd.h>
 
 #include <QFile>
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <memory>
+
+#include "subtitles/text_plausibility.h"
 
 namespace tolvane {
 
@@ -77,6 +81,11 @@ struct CharsetDetectorDeleter {
 using CharsetDetectorPtr =
     std::unique_ptr<std::remove_pointer_t<uchardet_t>, CharsetDetectorDeleter>;
 
+// The byte order of UTF-16 text, or null when the bytes do not look like
+// UTF-16. Without a byte-order mark only the zero bytes tell: caption mark-up
+// is mostly ASCII, whose units have a zero high byte, so one half of the
+// bytes holds many zeros and the other almost none. Legacy multi-byte text
+// has no zero bytes at all.
 const char *utf16ByteOrderFor(const QByteArray &bytes) {
     if (bytes.startsWith("\xFF\xFE")) {
         return "UTF-16LE";
@@ -84,7 +93,6 @@ const char *utf16ByteOrderFor(const QByteArray &bytes) {
     if (bytes.startsWith("\xFE\xFF")) {
         return "UTF-16BE";
     }
-    // Mostly-ASCII mark-up puts its zero bytes on the high half of each unit.
     const qsizetype sample = std::min<qsizetype>(bytes.size(), 4096);
     qsizetype zerosAtEven = 0;
     qsizetype zerosAtOdd = 0;
@@ -93,15 +101,135 @@ const char *utf16ByteOrderFor(const QByteArray &bytes) {
             (i % 2 == 0 ? zerosAtEven : zerosAtOdd) += 1;
         }
     }
+    const qsizetype units = sample / 2;
+    const qsizetype more = std::max(zerosAtEven, zerosAtOdd);
+    const qsizetype fewer = std::min(zerosAtEven, zerosAtOdd);
+    if (units == 0 || more * 8 < units || fewer * 8 > more) {
+        return nullptr;
+    }
     return zerosAtOdd > zerosAtEven ? "UTF-16LE" : "UTF-16BE";
 }
 
-QByteArray icuNameForItem(int item, const QByteArray &bytes, const QLocale &locale) {
-    const auto items = textEncodingItems();
-    if (item < 0 || item >= int(items.size()) || items[item].kind != Kind::Encoding) {
-        return detectTextEncoding(bytes, locale);
+enum class InvalidBytes { Fail, Replace };
+
+void replaceWithReplacementCharacter(const void *, UConverterToUnicodeArgs *arguments, const char *,
+                                     int32_t, UConverterCallbackReason reason, UErrorCode *status) {
+    if (reason > UCNV_IRREGULAR) {
+        return;
     }
-    return items[item].icuName;
+    *status = U_ZERO_ERROR;
+    const UChar replacement = 0xFFFD;
+    ucnv_cbToUWriteUChars(arguments, &replacement, 1, 0, status);
+}
+
+// Decodes `bytes` with the ICU converter `icuName`. With `isWholeText` false
+// the bytes are a prefix, and a character cut at their end is no error.
+std::optional<QString> decodeBytes(QByteArrayView bytes, const char *icuName,
+                                   InvalidBytes invalidBytes, bool isWholeText = true) {
+    UErrorCode status = U_ZERO_ERROR;
+    ConverterPtr converter(ucnv_open(icuName, &status));
+    if (U_FAILURE(status)) {
+        return std::nullopt;
+    }
+    if (invalidBytes == InvalidBytes::Fail) {
+        ucnv_setToUCallBack(converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr,
+                            &status);
+    } else {
+        ucnv_setToUCallBack(converter.get(), replaceWithReplacementCharacter, nullptr, nullptr,
+                            nullptr, &status);
+    }
+    if (U_FAILURE(status)) {
+        return std::nullopt;
+    }
+    QString text;
+    // Every encoding offered yields at most two UTF-16 units per byte.
+    text.resize(bytes.size() * 2 + 2);
+    UChar *target = reinterpret_cast<UChar *>(text.data());
+    const char *source = bytes.data();
+    ucnv_toUnicode(converter.get(), &target, target + text.size(), &source, source + bytes.size(),
+                   nullptr, isWholeText, &status);
+    if (U_FAILURE(status)) {
+        return std::nullopt;
+    }
+    text.truncate(target - reinterpret_cast<UChar *>(text.data()));
+    if (text.startsWith(QChar(0xFEFF))) {
+        text.remove(0, 1);
+    }
+    return text;
+}
+
+// The legacy encodings that Automatic weighs besides uchardet's answer, in
+// the order that breaks ties after it.
+constexpr std::array kAutomaticCandidates = {
+    "UTF-8", "windows-949-2000", "Shift_JIS", "EUC-JP", "GB18030", "Big5", "windows-1252",
+};
+// Plausibility is judged on the start of the text; validity on all of it.
+constexpr qsizetype kPlausibilitySampleBytes = 64 * 1024;
+
+struct AutomaticChoice {
+    std::optional<QString> text;  // decoded strictly in `encoding`
+    QByteArray encoding;
+    QByteArray mostPlausible;  // for reading with replacements when nothing is strict
+};
+
+// Decodes the start of `bytes` in every candidate and tries them strictly in
+// order of plausibility, best first; uchardet's answer wins ties. Only texts
+// that look at least neutral are taken; U+FFFD counts against a candidate.
+AutomaticChoice chooseAutomaticEncoding(const QByteArray &bytes, const QLocale &locale) {
+    std::vector<QByteArray> candidates;
+    const auto addCandidate = [&candidates](const QByteArray &name) {
+        for (const QByteArray &known : candidates) {
+            if (name.isEmpty() || qstricmp(known.constData(), name.constData()) == 0) {
+                return;
+            }
+        }
+        candidates.push_back(name);
+    };
+    addCandidate(detectedTextEncoding(bytes));
+    addCandidate(legacyEncodingForLocale(locale));
+    for (const char *name : kAutomaticCandidates) {
+        addCandidate(name);
+    }
+
+    const QByteArrayView sample =
+        QByteArrayView(bytes).first(std::min(bytes.size(), kPlausibilitySampleBytes));
+    const bool isWholeText = sample.size() == bytes.size();
+    struct Judged {
+        QByteArray encoding;
+        int score;
+    };
+    std::vector<Judged> judged;
+    for (const QByteArray &candidate : candidates) {
+        if (const std::optional<QString> start =
+                decodeBytes(sample, candidate.constData(), InvalidBytes::Replace, isWholeText)) {
+            judged.push_back({candidate, textPlausibilityScore(*start, candidate.constData())});
+        }
+    }
+    std::stable_sort(judged.begin(), judged.end(),
+                     [](const Judged &a, const Judged &b) { return a.score > b.score; });
+    AutomaticChoice choice;
+    if (!judged.empty()) {
+        choice.mostPlausible = judged.front().encoding;
+    }
+    for (const Judged &candidate : judged) {
+        // windows-1252 reads any bytes: a text that looks worse in it than
+        // nothing is a damaged file in the likeliest encoding instead.
+        if (candidate.score < 0) {
+            break;
+        }
+        if (std::optional<QString> text =
+                decodeTextStrictly(bytes, candidate.encoding.constData())) {
+            choice.text = std::move(text);
+            choice.encoding = candidate.encoding;
+            break;
+        }
+    }
+    return choice;
+}
+
+bool isAutomaticItem(int item) {
+    const auto items = textEncodingItems();
+    return item < 0 || item >= int(items.size()) || items[item].kind != Kind::Encoding;
 }
 
 }  // namespace
@@ -116,35 +244,16 @@ std::optional<QString> decodeTextStrictly(const QByteArray &bytes, const char *i
     const char *name = icuName;
     if (qstricmp(icuName, "UTF-16") == 0) {
         name = utf16ByteOrderFor(bytes);
+        if (!name) {
+            return std::nullopt;
+        }
     }
-    UErrorCode status = U_ZERO_ERROR;
-    ConverterPtr converter(ucnv_open(name, &status));
-    if (U_FAILURE(status)) {
-        return std::nullopt;
-    }
-    ucnv_setToUCallBack(converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr,
-                        &status);
-    if (U_FAILURE(status)) {
-        return std::nullopt;
-    }
-    QString text;
-    // Every encoding offered yields at most two UTF-16 units per byte.
-    text.resize(bytes.size() * 2 + 2);
-    const int32_t length =
-        ucnv_toUChars(converter.get(), reinterpret_cast<UChar *>(text.data()), int32_t(text.size()),
-                      bytes.constData(), int32_t(bytes.size()), &status);
-    if (U_FAILURE(status)) {
-        return std::nullopt;
-    }
-    text.truncate(length);
+    std::optional<QString> text = decodeBytes(bytes, name, InvalidBytes::Fail);
     // Zero bytes are legal in UTF-8 and the 8-bit encodings, but a caption
     // text never holds U+0000: such a decode is UTF-16 read in the wrong
     // encoding, and failing it lets the UTF-16 try come.
-    if (text.contains(QChar(u'\0'))) {
+    if (text && text->contains(QChar(u'\0'))) {
         return std::nullopt;
-    }
-    if (text.startsWith(QChar(0xFEFF))) {
-        text.remove(0, 1);
     }
     return text;
 }
@@ -162,7 +271,7 @@ QByteArray legacyEncodingForLocale(const QLocale &locale) {
     }
 }
 
-QByteArray detectTextEncoding(const QByteArray &bytes, const QLocale &locale) {
+QByteArray detectedTextEncoding(const QByteArray &bytes) {
     CharsetDetectorPtr detector(uchardet_new());
     QByteArray detected;
     if (detector &&
@@ -171,7 +280,7 @@ QByteArray detectTextEncoding(const QByteArray &bytes, const QLocale &locale) {
         detected = QByteArray(uchardet_get_charset(detector.get())).toUpper();
     }
     if (detected.isEmpty()) {
-        return legacyEncodingForLocale(locale);
+        return {};
     }
     for (const EncodingAlias &alias : kDetectedEncodingAliases) {
         if (detected == alias.detected) {
@@ -180,7 +289,12 @@ QByteArray detectTextEncoding(const QByteArray &bytes, const QLocale &locale) {
     }
     UErrorCode status = U_ZERO_ERROR;
     ConverterPtr probe(ucnv_open(detected.constData(), &status));
-    return U_SUCCESS(status) ? detected : legacyEncodingForLocale(locale);
+    return U_SUCCESS(status) ? detected : QByteArray();
+}
+
+QByteArray detectTextEncoding(const QByteArray &bytes, const QLocale &locale) {
+    const QByteArray detected = detectedTextEncoding(bytes);
+    return detected.isEmpty() ? legacyEncodingForLocale(locale) : detected;
 }
 
 FileBytes readFileBytes(const QString &path) {
@@ -216,12 +330,29 @@ TextReadResult readTextFile(const QString &path, std::span<const int> encodingIt
     if (!file.bytes) {
         return result;
     }
+    std::optional<AutomaticChoice> automatic;
     for (const int item : encodingItems) {
-        const QByteArray icuName = icuNameForItem(item, *file.bytes, locale);
-        if (std::optional<QString> text = decodeTextStrictly(*file.bytes, icuName.constData())) {
-            return {std::move(text), TextReadFailure::None, icuName};
+        if (isAutomaticItem(item)) {
+            if (!automatic) {
+                automatic = chooseAutomaticEncoding(*file.bytes, locale);
+            }
+            if (automatic->text) {
+                return {automatic->text, TextReadFailure::None, automatic->encoding};
+            }
+        } else if (std::optional<QString> text =
+                       decodeTextStrictly(*file.bytes, textEncodingItems()[item].icuName)) {
+            return {std::move(text), TextReadFailure::None, textEncodingItems()[item].icuName};
         }
         result.failure = TextReadFailure::Undecodable;
+    }
+    // Automatic promises captions, not a verdict: when nothing reads the file
+    // strictly, the likeliest encoding reads it with U+FFFD for the bad bytes.
+    if (automatic && !automatic->mostPlausible.isEmpty()) {
+        if (std::optional<QString> text = decodeBytes(
+                *file.bytes, automatic->mostPlausible.constData(), InvalidBytes::Replace)) {
+            text->remove(QChar(u'\0'));
+            return {std::move(text), TextReadFailure::None, automatic->mostPlausible};
+        }
     }
     return result;
 }

@@ -37,7 +37,9 @@ std::vector<int> encodingItemsToTry(int userEncodingItem);
 std::optional<QString> decodeTextStrictly(const QByteArray &bytes, const char *icuName);
 
 // The encoding of `bytes` as uchardet judges it (EUC-KR read as its superset
-// windows-949), or the legacy encoding of `locale`'s language when detection
+// windows-949), or empty when it gives nothing ICU knows.
+QByteArray detectedTextEncoding(const QByteArray &bytes);
+// The same, or the legacy encoding of `locale`'s language when detection
 // gives nothing.
 QByteArray detectTextEncoding(const QByteArray &bytes, const QLocale &locale = QLocale::system());
 QByteArray legacyEncodingForLocale(const QLocale &locale);
@@ -68,7 +70,11 @@ FileBytes readFileBytes(const QString &path);
 inline constexpr qint64 kMaxTextFileBytes = 64 * 1024 * 1024;
 
 // Reads `path` trying the menu items `encodingItems` in order; the first that
-// decodes wins. Thread-safety: reentrant.
+// decodes strictly wins. Automatic weighs uchardet's answer, the legacy
+// encoding of `locale` and those of Korean, Japanese, Chinese and Western
+// captions by how plausible each decoded text is, since uchardet misjudges
+// short texts; and when no item decodes strictly, Automatic reads the file in
+// its likeliest encoding with U+FFFD for the bad bytes. Thread-safety: reentrant.
 TextReadResult readTextFile(const QString &path, std::span<const int> encodingItems,
                             const QLocale &locale = QLocale::system(),
                             const FileByteReader &reader = readFileBytes);

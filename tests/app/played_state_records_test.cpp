@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QCborArray>
 #include <QCborValue>
 #include <QDir>
 #include <QFile>
@@ -201,15 +202,87 @@ TEST_F(Records, RecentRecordHasTheStoredLayoutAndReplacesOnlyItsPart) {
     EXPECT_EQ(PlayedStateRecords::readRecentFdFlsData().rcsubtitle.lurls.size(), 1);
 }
 
-TEST_F(Records, MissingOrDamagedRecordsReadAsEmpty) {
+// The contents of the files that damaged records were set aside in, by name.
+QMap<QString, QByteArray> setAsideRecords(const char *key) {
+    const QFileInfo settingsFile(openTolvaneSettings()->fileName());
+    QMap<QString, QByteArray> found;
+    for (const QFileInfo &file :
+         QDir(settingsFile.path()).entryInfoList({QStringLiteral("*%1*").arg(key)}, QDir::Files)) {
+        QFile stored(file.filePath());
+        if (stored.open(QIODevice::ReadOnly)) {
+            found.insert(file.fileName(), stored.readAll());
+        }
+    }
+    return found;
+}
+
+void storeRawRecord(const char *key, const QVariant &value) {
+    const auto settings = openTolvaneSettings();
+    settings->setValue(QLatin1String(key), value);
+    settings->sync();
+}
+
+// One damaged byte must not cost every file's position: the unreadable record
+// is kept aside, once per damage, and the next save starts from empty.
+TEST_F(Records, DamagedRecordsAreSetAsideBeforeTheNextSaveReplacesThem) {
     EXPECT_TRUE(PlayedStateRecords::readTotalFdFlsData().ttfile.isEmpty());
     EXPECT_FALSE(PlayedStateRecords::getSavedRecentIsFolder());
-    const auto settings = openTolvaneSettings();
-    settings->setValue("QZRTotalFdFlsData", QByteArray("\xff\x00garbage", 9));
-    settings->setValue("QZRRecentFdFlsData", QByteArray("not cbor"));
-    settings->sync();
-    EXPECT_TRUE(PlayedStateRecords::readTotalFdFlsData().ttfile.isEmpty());
-    EXPECT_TRUE(PlayedStateRecords::readRecentFdFlsData().rcvideo.lurls.isEmpty());
+    const QUrl file = tree.touch("movie.mkv", "123");
+    playOnly(file);
+    openedItems.openedVideoFileURLs = {file};
+    struct Case {
+        const char *key;
+        QVariant stored;
+    };
+    const Case cases[] = {
+        {"QZRTotalFdFlsData", QByteArray("\xff\x00garbage", 9)},
+        {"QZRTotalFdFlsData", QCborValue(QCborArray{1, 2}).toCbor()},  // not a map
+        {"QZRTotalFdFlsData",
+         QCborValue::fromVariant(QVariantMap{{"ttfile", 1}}).toCbor().chopped(1)},
+        {"QZRRecentFdFlsData", QByteArray("not cbor")},
+        {"QZRRecentFdFlsData", QCborValue(QCborArray{}).toCbor()},
+    };
+    for (const Case &c : cases) {
+        const QMap<QString, QByteArray> before = setAsideRecords(c.key);
+        storeRawRecord(c.key, c.stored);
+        records.saveTotalFdFlsData("file");
+        records.saveRecentFdFlsData("all");
+        records.saveTotalFdFlsData("file");
+
+        const QMap<QString, QByteArray> after = setAsideRecords(c.key);
+        ASSERT_EQ(after.size(), before.size() + 1) << c.key << " set aside once";
+        for (auto kept = before.cbegin(); kept != before.cend(); ++kept) {
+            EXPECT_EQ(after.value(kept.key()), kept.value()) << "an earlier damage is kept";
+        }
+        for (auto added = after.cbegin(); added != after.cend(); ++added) {
+            if (!before.contains(added.key())) {
+                EXPECT_EQ(added.value(), c.stored.toByteArray()) << c.key;
+            }
+        }
+        EXPECT_EQ(PlayedStateRecords::readTotalFdFlsData().ttfile.keys(),
+                  QStringList{file.toLocalFile()});
+        EXPECT_EQ(PlayedStateRecords::readRecentFdFlsData().rcvideo.lurls.size(), 1);
+    }
+}
+
+// On Linux the saved form of an item is its path, which a read-only disk does
+// not prevent; the controller asks which recent videos cannot be written.
+TEST_F(Records, RecentVideosOnReadOnlyDisksAreKeptAndReported) {
+    const QUrl readOnlyVideo = tree.touch("disc/movie.mkv");
+    const QUrl olderRecordVideo = tree.touch("disc/older.mkv");
+    const RecentURLEntry entry = PlayedStateRecords::recentURLEntryFromURL(readOnlyVideo, false);
+    EXPECT_FALSE(entry.writable);
+    EXPECT_EQ(resolvedURLFromBookmarkData(entry.bookmark), readOnlyVideo);
+
+    RecentFdFlsData recent;
+    recent.rcvideo.lurls = {entry, RecentURLEntry{{}, olderRecordVideo.toString(), false}};
+    storeRawRecord("QZRRecentFdFlsData", QCborValue::fromVariant(recent.toVariantMap()).toCbor());
+    OpenedItems restored;
+    PlayedStateRecords(playlist, restored).loadRecentFdFlsData();
+    EXPECT_EQ(restored.openedVideoFileURLs, QList<QUrl>({readOnlyVideo, olderRecordVideo}));
+    EXPECT_EQ(PlayedStateRecords::getSavedRecentVideosOnNotWritableDisk(
+                  PlayedStateRecords::readRecentFdFlsData()),
+              QList<QUrl>({readOnlyVideo, olderRecordVideo}));
 }
 
 TEST(Bookmarks, RecordTheCanonicalPathAndRejectEmptyOrJunkData) {

@@ -121,7 +121,29 @@ TEST(CaptionFont, PrefersKoreanNotoAtTheLightestInstalledWeight) {
 
     const QString installedChoice = preferredCaptionFontName();
     EXPECT_FALSE(installedChoice.isEmpty()) << "an empty font name would drop per-font settings";
+    test::clearTolvaneSettings();
     EXPECT_EQ(UserDefaults().registeredDefault("FontName"), QVariant(installedChoice));
+}
+
+// Installing or removing a CJK font must not move the default font away from
+// the size, bold and margin the user set for it.
+TEST(CaptionFont, TheDefaultFontIsRegisteredOnceAndKept) {
+    test::clearTolvaneSettings();
+    const QString installedChoice = preferredCaptionFontName();
+    const QString firstDefault = QStringLiteral("Old Default Font");
+    {
+        const auto settings = openTolvaneSettings();
+        settings->setValue("RegisteredFontName", firstDefault);
+    }
+    UserDefaults defaults;
+    EXPECT_EQ(defaults.registeredDefault("FontName"), QVariant(firstDefault));
+    defaults.saveValue(0.05, "FontSize2");
+    EXPECT_EQ(UserDefaults().valueForCPFSetting("FontSize2"), QVariant(0.05));
+
+    test::clearTolvaneSettings();
+    EXPECT_EQ(UserDefaults().registeredDefault("FontName"), QVariant(installedChoice));
+    EXPECT_EQ(openTolvaneSettings()->value("RegisteredFontName"), QVariant(installedChoice))
+        << "registered at the first start";
 }
 
 }  // namespace

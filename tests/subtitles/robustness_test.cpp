@@ -39,6 +39,20 @@ TEST(Robustness, TenMegabyteSingleLineWithTheSystemFont) {
     EXPECT_GT(classes.at("A").value("1").rows.size(), 1000u);
 }
 
+// Found by the SAMI fuzz target: a colour pair around no text at all.
+TEST(Robustness, FontColourPairAroundNothing) {
+    const auto classes =
+        parsingSmiFileToLocalTimeContent(u"<SYNCStart=><fontcolor=><font><syncstart <P Class=>",
+                                         u"smi", test::fixedWidthProcessor());
+    EXPECT_LE(classes.size(), 1u);
+    const TagProcessor processor = test::fixedWidthProcessor();
+    for (const QStringView content : {u"<font color=red></font>", u"<fontcolor=><font>",
+                                      u"<font color=red><font color=blue></font></font>"}) {
+        EXPECT_TRUE(processor.processingTag(content, u"smi").rows.empty())
+            << content.toString().toStdString();
+    }
+}
+
 TEST(Robustness, MillionsOfTagsAndDeepNesting) {
     const TagProcessor processor = test::fixedWidthProcessor();
     struct TagCase {
@@ -80,10 +94,13 @@ TEST(Robustness, ManyReplacementsAndRows) {
     EXPECT_EQ(pre_processingTag(repeated(u"&#65;", 1'000'000), u"srt"), repeated(u"A", 1'000'000));
 }
 
+// A NUL reference shows nothing, as it did where the captions were written.
 TEST(Robustness, CharacterReferencesOutsideUnicodeBecomeReplacementCharacters) {
     const QString replacement(QChar(0xFFFD));
-    EXPECT_EQ(pre_processingTag(u"&#1114112;&#55296;&#57343;&#0;&#99999999999999999999;", u"smi"),
-              replacement.repeated(5));
+    EXPECT_EQ(pre_processingTag(u"&#1114112;&#55296;&#57343;&#99999999999999999999;", u"smi"),
+              replacement.repeated(4));
+    EXPECT_EQ(pre_processingTag(u"a&#0;b&#00;c&#;d", u"smi"), u"abcd");
+    EXPECT_EQ(pre_processingTag(u"&#1114111;", u"smi"), QString::fromUcs4(U"\U0010FFFF"));
     EXPECT_EQ(pre_processingTag(repeated(u"&#", 1'000'000), u"smi"), repeated(u"&#", 1'000'000));
 }
 

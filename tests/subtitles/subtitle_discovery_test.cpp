@@ -36,6 +36,22 @@ TEST_F(SubtitleDiscoveryTest, BesideTheVideoPlainThenAsteriskForm) {
     EXPECT_EQ(found("show/a.mkv", "ass"), QStringList{});
 }
 
+// Korean releases ship "Movie.SMI" beside "movie.avi".
+TEST_F(SubtitleDiscoveryTest, NamesAndExtensionsMatchWithoutRegardToCase) {
+    folder.write("show/movie.avi");
+    folder.write("show/movie.SRT");
+    folder.write("show/Movie.smi");
+    folder.write("show/MOVIE.Smi");
+    folder.write("show/movie*.SMI");
+    folder.write("show/movies.smi");
+    EXPECT_EQ(found("show/movie.avi", "smi"),
+              (QStringList{"v show/MOVIE.Smi", "v show/Movie.smi", "v* show/movie*.SMI"}));
+    EXPECT_EQ(found("show/movie.avi", "srt"), QStringList{"v show/movie.SRT"});
+    folder.write("other/Ep.MKV");
+    folder.write("where/Tolvane/EP.srt");
+    EXPECT_EQ(found("other/Ep.MKV", "srt", false, "where"), QStringList{"k where/Tolvane/EP.srt"});
+}
+
 TEST_F(SubtitleDiscoveryTest, ChosenFolderOnlyWhenNothingIsBesideTheVideo) {
     folder.write("show/c.mkv");
     folder.write("where/Tolvane/c.srt");

@@ -100,6 +100,76 @@ TEST(ReadTextFile, TriesUtf8ThenTheUsersItemThenUtf16) {
     }
 }
 
+// uchardet alone misjudges texts this short; each file holds one cue.
+TEST(ReadTextFile, AutomaticReadsOneCueFilesInEachLegacyEncoding) {
+    SubtitleTestFolder folder;
+    const auto sami = [](const QString &cue) {
+        return QStringLiteral("<SAMI><BODY><SYNC Start=1000><P Class=KRCC>%1\n").arg(cue);
+    };
+    const auto subRip = [](const QString &cue) {
+        return QStringLiteral("1\n00:00:01,000 --> 00:00:02,000\n%1\n").arg(cue);
+    };
+    struct Case {
+        QString text;
+        const char *icuName;
+    };
+    const Case cases[] = {
+        {sami(QStringLiteral("네")), "windows-949-2000"},
+        {sami(QStringLiteral("뭐야?")), "windows-949-2000"},
+        {sami(QStringLiteral("고마워요")), "windows-949-2000"},
+        {subRip(QStringLiteral("はい。")), "Shift_JIS"},
+        {subRip(QStringLiteral("ありがとう")), "Shift_JIS"},
+        {subRip(QStringLiteral("はい。")), "EUC-JP"},
+        {subRip(QStringLiteral("本当に?")), "EUC-JP"},
+        {subRip(QStringLiteral("谢谢你。")), "GB18030"},
+        {subRip(QStringLiteral("謝謝你。")), "Big5"},
+        {subRip(QStringLiteral("Ça va? Très bien.")), "windows-1252"},
+        {subRip(QStringLiteral("“Déjà vu” — encore…")), "windows-1252"},
+        {sami(QStringLiteral("네")), "UTF-8"},
+    };
+    for (const Case &c : cases) {
+        for (const QLocale::Language language : {QLocale::English, QLocale::Korean}) {
+            const TextReadResult result =
+                readTextFile(folder.write("one.txt", encodeAs(c.text, c.icuName)),
+                             encodingItemsToTry(kAutomaticEncodingItem), QLocale(language));
+            EXPECT_EQ(result.text, c.text) << c.icuName << " under " << int(language);
+        }
+    }
+}
+
+TEST(ReadTextFile, Utf16WithoutByteOrderMarkNeedsItsZeroBytes) {
+    SubtitleTestFolder folder;
+    constexpr int kShiftJisItem = 6;
+    const TextReadResult wrongChoice =
+        readTextFile(folder.write("k.smi", encodeAs(kKorean, "windows-949-2000")),
+                     encodingItemsToTry(kShiftJisItem), QLocale(QLocale::English));
+    EXPECT_EQ(wrongChoice.text, std::nullopt);
+    EXPECT_EQ(wrongChoice.failure, TextReadFailure::Undecodable);
+    // Even length, no zero bytes: still not UTF-16.
+    EXPECT_EQ(decodeTextStrictly(QByteArray("\xbe\xc8\xb3\xe7"), "UTF-16"), std::nullopt);
+}
+
+// A damaged byte costs one character in Automatic mode; a chosen encoding stays strict.
+TEST(ReadTextFile, AutomaticReplacesBadBytesWhenNothingDecodesStrictly) {
+    SubtitleTestFolder folder;
+    QByteArray damaged = encodeAs(kKorean, "windows-949-2000");
+    const qsizetype cut = damaged.indexOf("\n") + 1;
+    damaged.insert(cut, "\xb0");  // a lead byte before "<"
+    const QString path = folder.write("damaged.smi", damaged);
+    QString expected = kKorean;
+    expected.insert(kKorean.indexOf(u'\n') + 1, QChar(0xFFFD));
+
+    const TextReadResult automatic =
+        readTextFile(path, encodingItemsToTry(kAutomaticEncodingItem), QLocale(QLocale::English));
+    EXPECT_EQ(automatic.text, expected);
+    EXPECT_EQ(automatic.encoding, "windows-949-2000");
+    constexpr int kKoreanItem = 5;
+    const TextReadResult chosen =
+        readTextFile(path, encodingItemsToTry(kKoreanItem), QLocale(QLocale::English));
+    EXPECT_EQ(chosen.text, std::nullopt);
+    EXPECT_EQ(chosen.failure, TextReadFailure::Undecodable);
+}
+
 TEST(ReadTextFile, MissingFilesAndFoldersAreOtherFailures) {
     SubtitleTestFolder folder;
     const auto tries = encodingItemsToTry(kAutomaticEncodingItem);

@@ -7,6 +7,7 @@
 #include <QVariantList>
 #include <QVariantMap>
 
+#include "json_stream.h"
 #include "subtitles/tag_processor.h"
 
 namespace tolvane::probe {
@@ -19,5 +20,9 @@ QVariantList rowsOfProcessedLine(const subtitles::ProcessedLine &line);
 // [row key, first column, last column, value].
 QVariantMap cueOfProcessedLine(const QString &key, const subtitles::ProcessedLine &line,
                                const subtitles::CaptionColor &defaultColor);
+// The same cue streamed, byte for byte as the variant form prints.
+void writeCueOfProcessedLine(JsonStream &json, const QString &key,
+                             const subtitles::ProcessedLine &line,
+                             const subtitles::CaptionColor &defaultColor);
 
 }  // namespace tolvane::probe
