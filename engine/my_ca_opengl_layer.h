@@ -28,6 +28,9 @@ inline constexpr const char *kIsInterlacedNotification = "MYOpenGLLayerIsInterla
 // Result codes of openMovieFile().
 inline constexpr const char *kOpenSucceeded = "+1000";
 
+// The rate of the silent output that times a video without sound.
+inline constexpr int kSilentClockSampleRate = 48000;
+
 // What the packet thread does on one pass, from its pacing table.
 enum class PacketPassAction { Sleep, Read };
 
@@ -65,7 +68,8 @@ public:
     // Opens `path` and both decoders; "+1000" or one of the "-2000".."-2008" codes.
     QString openMovieFile(const QString &path);
     // The container duration of `path` in seconds, or -100.0 when the file has
-    // no video, no usable audio, or cannot be read. Opens a context of its own.
+    // no video, an audio stream without decoder, neither sound nor a known
+    // length, or cannot be read. Opens a context of its own.
     static double durationSecOfMovieFile(const QString &path);
     static QString nameOfCodecID(AVCodecID codecID);
     static QString nameOfPixelFormat(AVPixelFormat pixelFormat);
@@ -98,8 +102,9 @@ public:
     void setRate(double newRate);
 
     // --- Clock. Times are on the audio stream's own time line (its start time
-    // included); subtract startTimeSec() for the position shown to the user.
-    // Both are 0 without an open file. Any thread.
+    // included), or on the video stream's for a file without sound; subtract
+    // startTimeSec() for the position shown to the user. Both are 0 without
+    // an open file. Any thread.
     double startTimeSec() const;
     double currentTimeSec() const;
 
@@ -296,6 +301,14 @@ private:
     void destroyOutputUnit();
     void syncOutputDevicePauseWithRunningFlag();
     void primeDeferredSeekIndex(AVStream *videoStream, double targetSec);
+    // Samples a second of the clock: the audio decoder's rate, or the silent
+    // output's when the file has no sound; 0 without an open file.
+    int clockSampleRate() const;
+    // Puts the played and decoded sample counts on `timeSec`, as every seek
+    // and the first open do. Not while the output or the sample thread runs.
+    void rebaseClockOnTimeSec(double timeSec);
+    void putClockOnStreamStart();
+    bool setSilentOutputForVideoWithoutSound(float volume);
     bool openAudioDecoderForStream(int streamIndex);
 
     // --- Locks, named for what they guard. Created with the engine.
@@ -330,7 +343,9 @@ private:
 
     // --- Stream choice and media description
     int videoStreamIdx = -1;
-    int audioStreamIdx = -1;
+    int audioStreamIdx = -1;  // -1 also for a video without sound
+    // The video stream's start, the clock's start when there is no sound.
+    double videoOnlyStartTimeSec = 0.0;
     Tracks tracksRecord;
     double fileDurationSecValue = 0.0;
     bool isUglyKeyframeValue = false;

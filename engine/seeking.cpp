@@ -125,14 +125,7 @@ void MyCAOpenGLLayer::setCurrentTimeSec(double currentTimeSecToSeek, bool isOneF
             NamedLockGuard lock(samplePoolMutex);
             samplePool.release();
         }
-        {
-            const int sampleRate = aCodecCtx ? aCodecCtx->sample_rate : 0;
-            const auto rebased = std::int64_t(double(sampleRate) * target);
-            NamedLockGuard lock(sampleCountMutex);
-            gOutputtedSampleCount = rebased;
-            gReadedSampleCount = rebased;
-            isAudioDecodingAtEnd = false;
-        }
+        rebaseClockOnTimeSec(target);
         gNextVideoFramePtsSec = target;
         seekingMovieTimeSec = target;
         vFrameForSeeking.reset();

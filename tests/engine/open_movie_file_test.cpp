@@ -25,14 +25,15 @@ const OpenCase kOpenCases[] = {
     {"yuvj420p.mkv", "+1000", 0, "YUVJ420P", true},
     {"yuv422p.mkv", "+1000", 0, "YUV422P", true},
     {"truncated.mkv", "+1000", 42010, "YUV420P", false},
-    {"video_only.mkv", "-2003", -1, "", false},
+    {"video_only.mkv", "+1000", 42010, "YUV420P", false},
     {"no_timestamps.h264", "-2003", -1, "", false},
     {"audio_only.mka", "-2002", -1, "", false},
     {"random.mkv", "-2000: ", -1, "", false},
     {"does-not-exist.mkv", "-2000: No such file or directory.", -1, "", false},
 };
 
-// durationSecOfMovieFile asks for what opening asks for: video and usable audio.
+// durationSecOfMovieFile asks for what opening asks for: video, and sound it can
+// decode or a known length.
 TEST(OpenMovieFile, ResultCodesPixelModesAlertsAndDuration) {
     for (const OpenCase &c : kOpenCases) {
         MyCAOpenGLLayer engine;
