@@ -254,7 +254,11 @@ public:
     bool isSeekingVideoNow() const { return isSeekingVideo.load(); }
     // Lets the pixel-path tests deliver pictures to the seek preview without
     // running a whole seek.
-    void setIsSeekingVideoForTesting(bool value) { isSeekingVideo = value; }
+    void setIsSeekingVideoForTesting(bool value) {
+        NamedLockGuard lock(bitmapDataQueueMutex);
+        hasSeekPreview = false;
+        isSeekingVideo = value;
+    }
 
     // --- Presentation: asked by the video view on the main thread
     // Whether the view asks the decision at every display refresh: on while
@@ -389,6 +393,8 @@ private:
     BitmapBytes bitmapDataForTemp;   // guarded by bitmapDataQueueMutex
     float frameWidth = 0.0f;         // guarded by bitmapDataQueueMutex
     float frameHeight = 0.0f;        // guarded by bitmapDataQueueMutex
+    // The seek under way has its preview; later pictures go to the list.
+    bool hasSeekPreview = false;  // guarded by bitmapDataQueueMutex
 
     std::atomic<bool> isAsynchronousValue{false};
     std::atomic<bool> clearBeforeDrawing{true};

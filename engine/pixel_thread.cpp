@@ -241,14 +241,18 @@ void MyCAOpenGLLayer::addBitmapDataToQueueWithAVFrame(const AVFrame *frame, doub
         std::fill(bitmap.begin(), bitmap.end(), std::uint8_t{0});
     }
 
-    if (!isSeekingVideo.load()) {
+    NamedLockGuard lock(bitmapDataQueueMutex);
+    // Only the first picture of a seek is its preview: the pixel thread goes
+    // on decoding until the draw decision takes it, and what it decodes meanwhile
+    // is the continuation.
+    if (!isSeekingVideo.load() || hasSeekPreview) {
         addBitmapData(std::move(bitmap), ptsSec, frame->width, frame->height);
         return;
     }
-    NamedLockGuard lock(bitmapDataQueueMutex);
     bitmapDataForTemp = std::move(bitmap);
     frameWidth = float(frame->width);
     frameHeight = float(frame->height);
+    hasSeekPreview = true;
 }
 
 bool MyCAOpenGLLayer::decodingJustOneVideoFrameForNormal(const AVPacket *packet, double fps) {

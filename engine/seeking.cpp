@@ -112,7 +112,11 @@ void MyCAOpenGLLayer::setCurrentTimeSec(double currentTimeSecToSeek, bool isOneF
         if (aCodecCtx) {
             avcodec_flush_buffers(aCodecCtx.get());
         }
-        isSeekingVideo = true;
+        {
+            NamedLockGuard lock(bitmapDataQueueMutex);
+            hasSeekPreview = false;
+            isSeekingVideo = true;
+        }
         isSeekingAudio = true;
 
         const int lists = sampleListCount();
