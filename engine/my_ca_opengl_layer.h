@@ -273,8 +273,8 @@ public:
     // drawn now. Takes the picture that is due from the bitmap list, and
     // tells what it did through `outcome` when given.
     bool canDrawInCGLContext(PictureDecision *outcome = nullptr);
-    // Whether the last decision found that no audio has played yet, so the
-    // view shows black instead of a picture.
+    // Whether the last decision found that no audio has played yet and no
+    // picture is current, so the view shows black.
     bool shouldClearBeforeDrawing() const { return clearBeforeDrawing.load(); }
     // Calls `draw` with the current picture under bitmapDataQueueMutex; not
     // at all when there is none.
