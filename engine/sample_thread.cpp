@@ -241,11 +241,6 @@ void MyCAOpenGLLayer::queueDecodedAudioFrame(const AVFrame &frame, double ptsSec
     if (isPlanar) {
         size /= channels;
     }
-    // The output pool takes frames of at most this size; keep whole samples.
-    const int sampleUnit = av_get_bytes_per_sample(codec.sample_fmt) * (isPlanar ? 1 : channels);
-    if (size > SamplePool::kMaxGatherBytes && sampleUnit > 0) {
-        size = SamplePool::kMaxGatherBytes / sampleUnit * sampleUnit;
-    }
 
     if (isFrameSizeZero) {
         audioFrameSize = frame.nb_samples;
