@@ -172,7 +172,10 @@ void MyCAOpenGLLayer::markEnoughSamplesAndStartOutput() {
         isEnoughSampleValue = true;
     }
     // Started outside enoughMutex: starting waits for the device, whose
-    // callback may be waiting for enoughMutex.
+    // callback may be waiting for enoughMutex. Under rateMutex, as setRate()
+    // starts and stops the output: a pause between the look at the rate and
+    // the start would otherwise be undone, and sound play while paused.
+    NamedLockGuard rateLock(rateMutex);
     if (rateValue.load() != 0.0) {
         startOutputUnit();
     }
