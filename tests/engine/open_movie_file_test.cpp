@@ -92,6 +92,24 @@ TEST(OpenMovieFile, TracksRecordListsEveryAudioStreamKeyedByIndexAndPlaysTheFirs
     EXPECT_EQ(engine.audioBytesPerChannel(), 4);
 }
 
+// "sourceHeight" is the height shown: 1080 for a 1080p H.264 stream, whose
+// coded height, padded to whole macroblocks, is 1088.
+TEST(OpenMovieFile, VideoTrackDimensionsAreTheDisplayedOnes) {
+    struct Case {
+        const char *file;
+        int width;
+        int height;
+    };
+    for (const Case &c : {Case{"h264_1080p.mkv", 1920, 1080}, Case{"h264_aac.mkv", 320, 240}}) {
+        MyCAOpenGLLayer engine;
+        ASSERT_EQ(engine.openMovieFile(mediaPath(c.file)), QLatin1String(kOpenSucceeded));
+        const QVariantMap video = engine.tracks().toVariantMap()["videotrack"].toMap();
+        EXPECT_EQ(video["width"].toInt(), c.width) << c.file;
+        EXPECT_EQ(video["height"].toInt(), c.height) << c.file;
+        EXPECT_EQ(video["sourceHeight"].toInt(), c.height) << c.file;
+    }
+}
+
 TEST(OpenMovieFile, SparseKeyframesAreUgly) {
     MyCAOpenGLLayer engine;
     ASSERT_EQ(engine.openMovieFile(mediaPath("sparse_keyframes.mp4")),
