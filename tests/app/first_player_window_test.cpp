@@ -124,7 +124,7 @@ TEST_F(FirstPlayerWindowTest, ShowsTheCaptionsFoundBesideTheFileAndASecondTrackO
 }
 
 TEST_F(FirstPlayerWindowTest, AFileThatCannotPlayReportsItsCode) {
-    EXPECT_EQ(window.openAndPlay(test::mediaPath("video_only.mkv")), QStringLiteral("-2003"));
+    EXPECT_EQ(window.openAndPlay(test::mediaPath("audio_only.mka")), QStringLiteral("-2002"));
     EXPECT_FALSE(window.engine().isAsynchronous());
 }
 
