@@ -49,7 +49,7 @@ void audioDeviceCallback(void *context, std::uint8_t *stream, int bytes);
 bool MyCAOpenGLLayer::setDefaultOutputAUWithVolume(float volume) {
     try {
         if (!aCodecCtx) {
-            return false;
+            return videoStreamIdx >= 0 && setSilentOutputForVideoWithoutSound(volume);
         }
         destroyOutputUnit();
         const AVCodecContext &codec = *aCodecCtx;
@@ -100,6 +100,29 @@ bool MyCAOpenGLLayer::setDefaultOutputAUWithVolume(float volume) {
         logException("sdoauwv", e.what());
         return false;
     }
+}
+
+bool MyCAOpenGLLayer::setSilentOutputForVideoWithoutSound(float volume) {
+    destroyOutputUnit();
+    AudioDeviceRequest request;
+    request.sampleRate = kSilentClockSampleRate;
+    request.framesPerCallback = framesPerCallbackFor(kSilentClockSampleRate);
+    // Its callback finds no samples, ever, and advances the clock by the idle
+    // step over the pictures; nothing is mixed, so no pool is needed.
+    std::unique_ptr<AudioOutputDevice> device =
+        AudioOutputDevice::openSilent(request, &audioDeviceCallback, this);
+    {
+        NamedLockGuard lock(samplePoolMutex);
+        samplePool.release();
+        gatherScratch.clear();
+        renderScratch.clear();
+    }
+    outputFramesPerCallbackValue = device->framesPerCallback();
+    outputFrameBytes = device->channels() * bytesOfSampleType(request.type);
+    theOutputUnit = std::move(device);
+    outputDeviceId = theOutputUnit->id();
+    setVolume(volume);
+    return true;
 }
 
 bool MyCAOpenGLLayer::setDefaultOutputAndTimersBeforeStartWithVolume(float volume) {

@@ -245,6 +245,11 @@ std::unique_ptr<AudioOutputDevice> AudioOutputDevice::open(const AudioDeviceRequ
     return device;
 }
 
+std::unique_ptr<AudioOutputDevice> AudioOutputDevice::openSilent(const AudioDeviceRequest &request,
+                                                                 Callback callback, void *context) {
+    return openSilentDevice(request, callback, context);
+}
+
 void AudioOutputDevice::applyPauseById(std::uint32_t id, bool (*shouldPause)(void *),
                                        void *context) {
     if (id == 0) {

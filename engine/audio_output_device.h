@@ -42,6 +42,10 @@ public:
     static std::unique_ptr<AudioOutputDevice> open(const AudioDeviceRequest &request,
                                                    Callback callback, void *context,
                                                    QString *errorText);
+    // The silent device whatever sound card there is: the clock of a video
+    // without sound.
+    static std::unique_ptr<AudioOutputDevice> openSilent(const AudioDeviceRequest &request,
+                                                         Callback callback, void *context);
     // Closing waits for a callback in progress to return.
     virtual ~AudioOutputDevice() = default;
     AudioOutputDevice(const AudioOutputDevice &) = delete;

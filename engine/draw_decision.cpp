@@ -14,7 +14,7 @@ DrawDecision decideDraw(const DrawDecisionState &state) {
         }
         decision.stopAsynchronous = state.rate == 0.0;
     }
-    decision.clearBuffers = !state.hasPlayedAudio;
+    decision.clearBuffers = !state.hasPlayedAudio && !state.hasCurrentFrame;
 
     if (state.isResized) {
         // Redraw the current frame at the new size.

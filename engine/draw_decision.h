@@ -26,7 +26,7 @@ enum class NextFrameAction {
 
 struct DrawDecision {
     bool answer = false;               // draw this refresh
-    bool clearBuffers = false;         // nothing has played yet: show black
+    bool clearBuffers = false;         // nothing played, nothing to show: black
     bool rebuildDrawingState = false;  // after a change of screen
     bool stopAsynchronous = false;     // resized while paused: no more refreshes
     bool isResized = false;            // the flag's value after this decision

@@ -72,6 +72,7 @@ void MyCAOpenGLLayer::cleanBeforeOpenFile() {
             pFormatCtx.reset();
             videoStreamIdx = -1;
             audioStreamIdx = -1;
+            videoOnlyStartTimeSec = 0.0;
             fileDurationSecValue = 0.0;
             isUglyKeyframeValue = false;
             isSeekingVideo = false;
@@ -120,20 +121,40 @@ void MyCAOpenGLLayer::setRate(double newRate) {
 
 double MyCAOpenGLLayer::startTimeSec() const {
     const auto found = tracksRecord.audiotrack.find(audioStreamIdx);
-    return found != tracksRecord.audiotrack.end() ? found->second.starttimesec : 0.0;
+    return found != tracksRecord.audiotrack.end() ? found->second.starttimesec
+                                                  : videoOnlyStartTimeSec;
 }
 
 double MyCAOpenGLLayer::currentTimeSec() const {
     // Sources sampled at 8 kHz or less are timed as 8 kHz.
     constexpr double kLowestClockSampleRate = 8000.0;
     const auto found = tracksRecord.audiotrack.find(audioStreamIdx);
-    if (found == tracksRecord.audiotrack.end()) {
+    double sampleRate = 0.0;
+    if (found != tracksRecord.audiotrack.end()) {
+        sampleRate = found->second.samplerate <= 8000 ? kLowestClockSampleRate
+                                                      : double(found->second.samplerate);
+    } else if (videoStreamIdx >= 0) {
+        sampleRate = double(kSilentClockSampleRate);
+    } else {
         return 0.0;
     }
-    const double sampleRate = found->second.samplerate <= 8000 ? kLowestClockSampleRate
-                                                               : double(found->second.samplerate);
     NamedLockGuard lock(sampleCountMutex);
     return double(gOutputtedSampleCount.load()) / sampleRate;
+}
+
+int MyCAOpenGLLayer::clockSampleRate() const {
+    if (aCodecCtx) {
+        return aCodecCtx->sample_rate;
+    }
+    return videoStreamIdx >= 0 ? kSilentClockSampleRate : 0;
+}
+
+void MyCAOpenGLLayer::rebaseClockOnTimeSec(double timeSec) {
+    const auto rebased = std::int64_t(double(clockSampleRate()) * timeSec);
+    NamedLockGuard lock(sampleCountMutex);
+    gOutputtedSampleCount = rebased;
+    gReadedSampleCount = rebased;
+    isAudioDecodingAtEnd = false;
 }
 
 }  // namespace tolvane

@@ -28,6 +28,9 @@ inline constexpr const char *kIsInterlacedNotification = "MYOpenGLLayerIsInterla
 // Result codes of openMovieFile().
 inline constexpr const char *kOpenSucceeded = "+1000";
 
+// The rate of the silent output that times a video without sound.
+inline constexpr int kSilentClockSampleRate = 48000;
+
 // What the packet thread does on one pass, from its pacing table.
 enum class PacketPassAction { Sleep, Read };
 
@@ -65,7 +68,8 @@ public:
     // Opens `path` and both decoders; "+1000" or one of the "-2000".."-2008" codes.
     QString openMovieFile(const QString &path);
     // The container duration of `path` in seconds, or -100.0 when the file has
-    // no video, no usable audio, or cannot be read. Opens a context of its own.
+    // no video, an audio stream without decoder, neither sound nor a known
+    // length, or cannot be read. Opens a context of its own.
     static double durationSecOfMovieFile(const QString &path);
     static QString nameOfCodecID(AVCodecID codecID);
     static QString nameOfPixelFormat(AVPixelFormat pixelFormat);
@@ -98,8 +102,9 @@ public:
     void setRate(double newRate);
 
     // --- Clock. Times are on the audio stream's own time line (its start time
-    // included); subtract startTimeSec() for the position shown to the user.
-    // Both are 0 without an open file. Any thread.
+    // included), or on the video stream's for a file without sound; subtract
+    // startTimeSec() for the position shown to the user. Both are 0 without
+    // an open file. Any thread.
     double startTimeSec() const;
     double currentTimeSec() const;
 
@@ -249,7 +254,11 @@ public:
     bool isSeekingVideoNow() const { return isSeekingVideo.load(); }
     // Lets the pixel-path tests deliver pictures to the seek preview without
     // running a whole seek.
-    void setIsSeekingVideoForTesting(bool value) { isSeekingVideo = value; }
+    void setIsSeekingVideoForTesting(bool value) {
+        NamedLockGuard lock(bitmapDataQueueMutex);
+        hasSeekPreview = false;
+        isSeekingVideo = value;
+    }
 
     // --- Presentation: asked by the video view on the main thread
     // Whether the view asks the decision at every display refresh: on while
@@ -264,8 +273,8 @@ public:
     // drawn now. Takes the picture that is due from the bitmap list, and
     // tells what it did through `outcome` when given.
     bool canDrawInCGLContext(PictureDecision *outcome = nullptr);
-    // Whether the last decision found that no audio has played yet, so the
-    // view shows black instead of a picture.
+    // Whether the last decision found that no audio has played yet and no
+    // picture is current, so the view shows black.
     bool shouldClearBeforeDrawing() const { return clearBeforeDrawing.load(); }
     // Calls `draw` with the current picture under bitmapDataQueueMutex; not
     // at all when there is none.
@@ -296,6 +305,14 @@ private:
     void destroyOutputUnit();
     void syncOutputDevicePauseWithRunningFlag();
     void primeDeferredSeekIndex(AVStream *videoStream, double targetSec);
+    // Samples a second of the clock: the audio decoder's rate, or the silent
+    // output's when the file has no sound; 0 without an open file.
+    int clockSampleRate() const;
+    // Puts the played and decoded sample counts on `timeSec`, as every seek
+    // and the first open do. Not while the output or the sample thread runs.
+    void rebaseClockOnTimeSec(double timeSec);
+    void putClockOnStreamStart();
+    bool setSilentOutputForVideoWithoutSound(float volume);
     bool openAudioDecoderForStream(int streamIndex);
 
     // --- Locks, named for what they guard. Created with the engine.
@@ -330,7 +347,9 @@ private:
 
     // --- Stream choice and media description
     int videoStreamIdx = -1;
-    int audioStreamIdx = -1;
+    int audioStreamIdx = -1;  // -1 also for a video without sound
+    // The video stream's start, the clock's start when there is no sound.
+    double videoOnlyStartTimeSec = 0.0;
     Tracks tracksRecord;
     double fileDurationSecValue = 0.0;
     bool isUglyKeyframeValue = false;
@@ -374,6 +393,8 @@ private:
     BitmapBytes bitmapDataForTemp;   // guarded by bitmapDataQueueMutex
     float frameWidth = 0.0f;         // guarded by bitmapDataQueueMutex
     float frameHeight = 0.0f;        // guarded by bitmapDataQueueMutex
+    // The seek under way has its preview; later pictures go to the list.
+    bool hasSeekPreview = false;  // guarded by bitmapDataQueueMutex
 
     std::atomic<bool> isAsynchronousValue{false};
     std::atomic<bool> clearBeforeDrawing{true};

@@ -46,6 +46,12 @@ QString layoutTextOf(const AVChannelLayout &layout) {
     return QString::fromUtf8(buffer);
 }
 
+double secondsOfStreamStart(const AVStream *stream) {
+    return stream->start_time == AV_NOPTS_VALUE
+               ? 0.0
+               : double(stream->start_time) * ratioOrZero(stream->time_base);
+}
+
 std::vector<IndexEntrySummary> indexEntriesOf(const AVStream *stream) {
     std::vector<IndexEntrySummary> entries;
     const int count = avformat_index_get_entries_count(stream);
@@ -140,16 +146,18 @@ QString MyCAOpenGLLayer::openMovieFileSteps(const QString &path) {
     if (videoStreamIdx < 0) {
         return QStringLiteral("-2002");
     }
-    if (audioStreamIdx < 0) {
+    // A video without sound plays, timed by the silent output over its
+    // known length; without one nothing could tell where it ends.
+    if (audioStreamIdx < 0 && pFormatCtx->duration <= 0) {
         return QStringLiteral("-2003");
     }
 
     const AVStream *videoStream = pFormatCtx->streams[videoStreamIdx];
-    const AVStream *audioStream = pFormatCtx->streams[audioStreamIdx];
-    // This FFmpeg's demuxer reports display dimensions only; the coded height
-    // it reports before the decoder runs is the same value.
+    const AVStream *audioStream =
+        audioStreamIdx >= 0 ? pFormatCtx->streams[audioStreamIdx] : nullptr;
+    // The displayed height: the coded one (1088 for a 1080p H.264 stream)
+    // includes the rows the encoder padded to whole macroblocks.
     const int heightBeforeOpen = videoStream->codecpar->height;
-    const int codedHeightBeforeOpen = videoStream->codecpar->height;
 
     const std::vector<IndexEntrySummary> indexEntries = indexEntriesOf(videoStream);
     isUglyKeyframeValue = isUglyKeyframeFromIndexEntries(indexEntries);
@@ -158,9 +166,11 @@ QString MyCAOpenGLLayer::openMovieFileSteps(const QString &path) {
     if (vCodec == nullptr) {
         return QStringLiteral("-2004");
     }
-    aCodec = avcodec_find_decoder(audioStream->codecpar->codec_id);
-    if (aCodec == nullptr) {
-        return QStringLiteral("-2005");
+    if (audioStream != nullptr) {
+        aCodec = avcodec_find_decoder(audioStream->codecpar->codec_id);
+        if (aCodec == nullptr) {
+            return QStringLiteral("-2005");
+        }
     }
     vCodecCtx = codecContextForStream(vCodec, videoStream);
     if (!vCodecCtx) {
@@ -170,15 +180,17 @@ QString MyCAOpenGLLayer::openMovieFileSteps(const QString &path) {
     if (const int error = avcodec_open2(vCodecCtx.get(), vCodec, nullptr); error < 0) {
         return codeWithError("-2006", error);
     }
-    aCodecCtx = codecContextForStream(aCodec, audioStream);
-    if (!aCodecCtx) {
-        return codeWithError("-2007", AVERROR(ENOMEM));
-    }
-    if (const int error = avcodec_open2(aCodecCtx.get(), aCodec, nullptr); error < 0) {
-        return codeWithError("-2007", error);
-    }
-    if (aCodecCtx->ch_layout.nb_channels < 1) {
-        return QStringLiteral("-2008");
+    if (audioStream != nullptr) {
+        aCodecCtx = codecContextForStream(aCodec, audioStream);
+        if (!aCodecCtx) {
+            return codeWithError("-2007", AVERROR(ENOMEM));
+        }
+        if (const int error = avcodec_open2(aCodecCtx.get(), aCodec, nullptr); error < 0) {
+            return codeWithError("-2007", error);
+        }
+        if (aCodecCtx->ch_layout.nb_channels < 1) {
+            return QStringLiteral("-2008");
+        }
     }
 
     // Hardware H.264 decoding is chosen here once its decoder exists; until
@@ -190,7 +202,7 @@ QString MyCAOpenGLLayer::openMovieFileSteps(const QString &path) {
     video.codecname = nameOfCodecID(vCodecCtx->codec_id);
     video.width = vCodecCtx->width;
     video.height = heightBeforeOpen;
-    video.sourceHeight = codedHeightBeforeOpen;
+    video.sourceHeight = heightBeforeOpen;
     video.pixelformat = nameOfPixelFormat(vCodecCtx->pix_fmt);
     pixelFormatModeValue = pixelFormatModeFor(vCodecCtx->pix_fmt);
     if (pixelFormatModeValue == kPixelFormatUnsupported) {
@@ -214,16 +226,18 @@ QString MyCAOpenGLLayer::openMovieFileSteps(const QString &path) {
         audio.sampleformat = formatName != nullptr ? QString::fromUtf8(formatName).toUpper()
                                                    : QStringLiteral("NONE");
         audio.samplerate = stream->codecpar->sample_rate;
-        audio.starttimesec = stream->start_time == AV_NOPTS_VALUE
-                                 ? 0.0
-                                 : double(stream->start_time) * ratioOrZero(stream->time_base);
+        audio.starttimesec = secondsOfStreamStart(stream);
         audio.language = languageOf(stream);
         opened.audiotrack.emplace(index, audio);
     }
     tracksRecord = std::move(opened);
 
     fileDurationSecValue = double(pFormatCtx->duration) / kMicrosecondsPerSecond;
-    audioBytesPerChannelValue = audioBytesPerChannelFor(aCodecCtx->sample_fmt);
+    if (aCodecCtx) {
+        audioBytesPerChannelValue = audioBytesPerChannelFor(aCodecCtx->sample_fmt);
+    }
+    videoOnlyStartTimeSec = secondsOfStreamStart(videoStream);
+    putClockOnStreamStart();
     return QString::fromLatin1(kOpenSucceeded);
 }
 
@@ -248,7 +262,7 @@ double MyCAOpenGLLayer::durationSecOfMovieFile(const QString &path) {
                 }
             }
         }
-        if (!hasVideo || !hasAudio || hasBadAudio) {
+        if (!hasVideo || hasBadAudio || (!hasAudio && input.context->duration <= 0)) {
             return kNoDurationSec;
         }
         return double(input.context->duration) / kMicrosecondsPerSecond;
@@ -256,6 +270,17 @@ double MyCAOpenGLLayer::durationSecOfMovieFile(const QString &path) {
         logException("dsomf", e.what());
         return kNoDurationSec;
     }
+}
+
+void MyCAOpenGLLayer::putClockOnStreamStart() {
+    // As after a seek: the clock starts on the stream's start, and the first
+    // audio decoded sets it to the exact time of its packet. A clock left at 0
+    // would hold back every picture of a stream that starts later (hours, for
+    // a broadcast recording) and play the sound that much ahead of them.
+    const double startSec = startTimeSec();
+    rebaseClockOnTimeSec(startSec);
+    gNextVideoFramePtsSec = startSec;
+    isSeekingAudio = true;
 }
 
 void MyCAOpenGLLayer::showAlert(const QString &message, const QString &informativeText) {

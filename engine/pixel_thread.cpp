@@ -2,6 +2,7 @@
 
 #include "base/notification_center.h"
 #include "engine/bitmap_conversion.h"
+#include "engine/decoder_feed.h"
 #include "engine/my_ca_opengl_layer.h"
 
 extern "C" {
@@ -154,15 +155,16 @@ bool MyCAOpenGLLayer::decodeVideoPacketIntoQueue(const AVPacket *packet, double 
     // The packets read so far stay in the list until a picture comes out, and
     // are then freed together: a packet the decoder refuses stays read and
     // goes with the next picture.
-    if (avcodec_send_packet(context, packet) == AVERROR(EAGAIN)) {
-        // A picture of an earlier packet is still waiting: take it, then feed again.
-        if (avcodec_receive_frame(context, vFrame.get()) == 0) {
-            queueDecodedPicture(vFrame.get(), packet, fps);
-            av_frame_unref(vFrame.get());
-            queued = true;
-        }
-        avcodec_send_packet(context, packet);
-    }
+    sendPacketTakingWaitingPictures([&] { return avcodec_send_packet(context, packet); },
+                                    [&] {
+                                        if (avcodec_receive_frame(context, vFrame.get()) != 0) {
+                                            return false;
+                                        }
+                                        queueDecodedPicture(vFrame.get(), packet, fps);
+                                        av_frame_unref(vFrame.get());
+                                        queued = true;
+                                        return true;
+                                    });
     if (!queued && avcodec_receive_frame(context, vFrame.get()) == 0) {
         queueDecodedPicture(vFrame.get(), packet, fps);
         av_frame_unref(vFrame.get());
@@ -241,14 +243,18 @@ void MyCAOpenGLLayer::addBitmapDataToQueueWithAVFrame(const AVFrame *frame, doub
         std::fill(bitmap.begin(), bitmap.end(), std::uint8_t{0});
     }
 
-    if (!isSeekingVideo.load()) {
+    NamedLockGuard lock(bitmapDataQueueMutex);
+    // Only the first picture of a seek is its preview: the pixel thread goes
+    // on decoding until the draw decision takes it, and what it decodes meanwhile
+    // is the continuation.
+    if (!isSeekingVideo.load() || hasSeekPreview) {
         addBitmapData(std::move(bitmap), ptsSec, frame->width, frame->height);
         return;
     }
-    NamedLockGuard lock(bitmapDataQueueMutex);
     bitmapDataForTemp = std::move(bitmap);
     frameWidth = float(frame->width);
     frameHeight = float(frame->height);
+    hasSeekPreview = true;
 }
 
 bool MyCAOpenGLLayer::decodingJustOneVideoFrameForNormal(const AVPacket *packet, double fps) {
@@ -259,10 +265,26 @@ bool MyCAOpenGLLayer::decodingJustOneVideoFrameForNormal(const AVPacket *packet,
         vFrameForSeeking = makeFrame();
     }
     AVCodecContext *context = vCodecCtx.get();
-    const bool decoderWasFull = avcodec_send_packet(context, packet) == AVERROR(EAGAIN);
-    const bool gotPicture = avcodec_receive_frame(context, vFrameForSeeking.get()) == 0;
-    if (decoderWasFull) {
-        avcodec_send_packet(context, packet);
+    // The first picture out is the one judged; any other waiting in the
+    // decoder only makes room for the packet.
+    bool gotPicture = false;
+    FramePtr surplus;
+    sendPacketTakingWaitingPictures(
+        [&] { return avcodec_send_packet(context, packet); },
+        [&] {
+            if (!gotPicture) {
+                gotPicture = avcodec_receive_frame(context, vFrameForSeeking.get()) == 0;
+                return gotPicture;
+            }
+            if (!surplus) {
+                surplus = makeFrame();
+            }
+            const bool got = avcodec_receive_frame(context, surplus.get()) == 0;
+            av_frame_unref(surplus.get());
+            return got;
+        });
+    if (!gotPicture) {
+        gotPicture = avcodec_receive_frame(context, vFrameForSeeking.get()) == 0;
     }
     const bool shown = gotPicture && vFrameForSeeking->key_frame != 0;
     if (shown) {

@@ -26,6 +26,7 @@ void SamplePool::allocate(int bufferCount) {
     }
     bytesSamplePool_ = 0;
     offsetSamplePool_ = 0;
+    headNodeOffset_ = 0;
 }
 
 void SamplePool::release() {
@@ -36,6 +37,7 @@ void SamplePool::release() {
     bufferCount_ = 0;
     bytesSamplePool_ = 0;
     offsetSamplePool_ = 0;
+    headNodeOffset_ = 0;
 }
 
 bool SamplePool::refillFromNodes(int target, SampleNodeSource &source) {
@@ -49,15 +51,26 @@ bool SamplePool::refillFromNodes(int target, SampleNodeSource &source) {
                 return false;
             }
         }
-        const int nodeBytes =
-            std::min(int(nodes[0]->size()), kPoolBytesPerBuffer - bytesSamplePool_);
+        // A node larger than the room left (seconds of PCM in one frame) is
+        // taken in parts: it stays in the list, read on from headNodeOffset_
+        // by the next refill, which resets the read cursor first. The pool is
+        // then full, so this refill is over.
+        const int bytesLeftInNode = int(nodes[0]->size()) - headNodeOffset_;
+        const int nodeBytes = std::min(bytesLeftInNode, kPoolBytesPerBuffer - bytesSamplePool_);
         for (int k = 0; k < bufferCount_; ++k) {
-            const int bytes = std::min(nodeBytes, int(nodes[k]->size()));
-            std::memcpy(buffers_[std::size_t(k)].data() + bytesSamplePool_, nodes[k]->data(),
-                        std::size_t(bytes));
-            source.removeReadNodes(k);
+            const int bytes = std::clamp(int(nodes[k]->size()) - headNodeOffset_, 0, nodeBytes);
+            std::memcpy(buffers_[std::size_t(k)].data() + bytesSamplePool_,
+                        nodes[k]->data() + headNodeOffset_, std::size_t(bytes));
         }
         bytesSamplePool_ += nodeBytes;
+        if (nodeBytes < bytesLeftInNode) {
+            headNodeOffset_ += nodeBytes;
+            return true;
+        }
+        headNodeOffset_ = 0;
+        for (int k = 0; k < bufferCount_; ++k) {
+            source.removeReadNodes(k);
+        }
     }
     return true;
 }

@@ -50,8 +50,8 @@ public:
 class SamplePool {
 public:
     static constexpr int kPoolBytesPerBuffer = 384000;
-    // The largest request the pool serves; a node is never larger either, so
-    // a refill always fits.
+    // The largest request the pool serves, so that a refill always fits.
+    // Nodes may be of any size.
     static constexpr int kMaxGatherBytes = kPoolBytesPerBuffer / 2;
 
     void allocate(int bufferCount);
@@ -79,6 +79,8 @@ private:
     int bufferCount_ = 0;
     int bytesSamplePool_ = 0;
     int offsetSamplePool_ = 0;
+    // The bytes of the first unremoved node already in the pool.
+    int headNodeOffset_ = 0;
 };
 
 }  // namespace tolvane

@@ -172,7 +172,10 @@ void MyCAOpenGLLayer::markEnoughSamplesAndStartOutput() {
         isEnoughSampleValue = true;
     }
     // Started outside enoughMutex: starting waits for the device, whose
-    // callback may be waiting for enoughMutex.
+    // callback may be waiting for enoughMutex. Under rateMutex, as setRate()
+    // starts and stops the output: a pause between the look at the rate and
+    // the start would otherwise be undone, and sound play while paused.
+    NamedLockGuard rateLock(rateMutex);
     if (rateValue.load() != 0.0) {
         startOutputUnit();
     }
@@ -240,11 +243,6 @@ void MyCAOpenGLLayer::queueDecodedAudioFrame(const AVFrame &frame, double ptsSec
     }
     if (isPlanar) {
         size /= channels;
-    }
-    // The output pool takes frames of at most this size; keep whole samples.
-    const int sampleUnit = av_get_bytes_per_sample(codec.sample_fmt) * (isPlanar ? 1 : channels);
-    if (size > SamplePool::kMaxGatherBytes && sampleUnit > 0) {
-        size = SamplePool::kMaxGatherBytes / sampleUnit * sampleUnit;
     }
 
     if (isFrameSizeZero) {

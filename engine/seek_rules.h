@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 
 namespace tolvane {
@@ -19,6 +20,8 @@ struct SeekRuleInputs {
     double fileDurationSec = 0.0;
     double startTimeSec = 0.0;
     double currentTimeSec = 0.0;
+    // The last key frame the index knows of, when it marks key frames.
+    std::optional<std::int64_t> lastKeyFrameTimestamp;
 };
 
 struct SeekAttempt {
@@ -31,6 +34,7 @@ struct SeekAttempt {
 // 2.0 s or less starts at the first entry (the third for files whose first
 // entries are unusable) with target 0, and a target within the last two
 // seconds lands two seconds before the end, at the third entry from the end.
+// A forward seek past the last key frame would find none: it goes backward.
 SeekAttempt seekAttemptFor(const SeekRuleInputs &inputs);
 
 // The target of the next try after a failed one: one second earlier, not below 0.

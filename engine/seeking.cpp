@@ -51,8 +51,11 @@ SeekAttempt seekAttemptFor(const SeekRuleInputs &inputs) {
             attempt.timestamp = endTimestamp;
         }
     }
-    attempt.flags =
-        attempt.targetSec > inputs.currentTimeSec ? kSeekFlagsForward : kSeekFlagsBackward;
+    const bool isPastLastKeyFrame =
+        inputs.lastKeyFrameTimestamp && attempt.timestamp > *inputs.lastKeyFrameTimestamp;
+    attempt.flags = attempt.targetSec > inputs.currentTimeSec && !isPastLastKeyFrame
+                        ? kSeekFlagsForward
+                        : kSeekFlagsBackward;
     return attempt;
 }
 
@@ -77,8 +80,13 @@ void MyCAOpenGLLayer::setCurrentTimeSec(double currentTimeSecToSeek, bool isOneF
         std::vector<std::int64_t> indexTimestamps;
         const int entries = avformat_index_get_entries_count(videoStream);
         indexTimestamps.reserve(std::size_t(std::max(entries, 0)));
+        std::optional<std::int64_t> lastKeyFrameTimestamp;
         for (int i = 0; i < entries; ++i) {
-            indexTimestamps.push_back(avformat_index_get_entry(videoStream, i)->timestamp);
+            const AVIndexEntry *entry = avformat_index_get_entry(videoStream, i);
+            indexTimestamps.push_back(entry->timestamp);
+            if ((entry->flags & AVINDEX_KEYFRAME) != 0) {
+                lastKeyFrameTimestamp = entry->timestamp;
+            }
         }
         SeekRuleInputs inputs;
         inputs.targetSec = startTimeSec() + currentTimeSecToSeek;
@@ -88,6 +96,7 @@ void MyCAOpenGLLayer::setCurrentTimeSec(double currentTimeSecToSeek, bool isOneF
         inputs.isUglyKeyframe = isUglyKeyframeValue;
         inputs.fileDurationSec = fileDurationSecValue;
         inputs.startTimeSec = startTimeSec();
+        inputs.lastKeyFrameTimestamp = lastKeyFrameTimestamp;
         double target = inputs.targetSec;
         for (int attempt = 0; attempt < kSeekTries; ++attempt) {
             inputs.targetSec = target;
@@ -97,6 +106,14 @@ void MyCAOpenGLLayer::setCurrentTimeSec(double currentTimeSecToSeek, bool isOneF
             lastSeekFlagsValue = seek.flags;
             lastSeekTimestampValue = seek.timestamp;
             if (av_seek_frame(pFormatCtx.get(), videoStreamIdx, seek.timestamp, seek.flags) >= 0) {
+                break;
+            }
+            // No key frame after the target (an index that does not reach that
+            // far): the one before it serves.
+            if (seek.flags == kSeekFlagsForward &&
+                av_seek_frame(pFormatCtx.get(), videoStreamIdx, seek.timestamp,
+                              kSeekFlagsBackward) >= 0) {
+                lastSeekFlagsValue = kSeekFlagsBackward;
                 break;
             }
             // After the last failure the engine goes on with the last target.
@@ -112,7 +129,11 @@ void MyCAOpenGLLayer::setCurrentTimeSec(double currentTimeSecToSeek, bool isOneF
         if (aCodecCtx) {
             avcodec_flush_buffers(aCodecCtx.get());
         }
-        isSeekingVideo = true;
+        {
+            NamedLockGuard lock(bitmapDataQueueMutex);
+            hasSeekPreview = false;
+            isSeekingVideo = true;
+        }
         isSeekingAudio = true;
 
         const int lists = sampleListCount();
@@ -125,14 +146,7 @@ void MyCAOpenGLLayer::setCurrentTimeSec(double currentTimeSecToSeek, bool isOneF
             NamedLockGuard lock(samplePoolMutex);
             samplePool.release();
         }
-        {
-            const int sampleRate = aCodecCtx ? aCodecCtx->sample_rate : 0;
-            const auto rebased = std::int64_t(double(sampleRate) * target);
-            NamedLockGuard lock(sampleCountMutex);
-            gOutputtedSampleCount = rebased;
-            gReadedSampleCount = rebased;
-            isAudioDecodingAtEnd = false;
-        }
+        rebaseClockOnTimeSec(target);
         gNextVideoFramePtsSec = target;
         seekingMovieTimeSec = target;
         vFrameForSeeking.reset();

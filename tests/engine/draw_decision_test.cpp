@@ -41,12 +41,35 @@ TEST(DrawDecision, NextFrameByHowFarItIsFromTheClock) {
     }
 }
 
-TEST(DrawDecision, ClearsUntilTheFirstAudioFrameHasPlayed) {
-    DrawDecisionState state = playing(10.0);
-    state.hasPlayedAudio = false;
-    EXPECT_TRUE(decideDraw(state).clearBuffers);
-    state.hasPlayedAudio = true;
-    EXPECT_FALSE(decideDraw(state).clearBuffers);
+// Black only while nothing has played and there is no picture to show: the
+// preview of a seek to 0 while paused, before any sound, must be drawn.
+TEST(DrawDecision, ClearsOnlyUntilThereIsSomethingToShow) {
+    struct Case {
+        const char *name;
+        bool hasPlayedAudio;
+        bool hasCurrentFrame;
+        bool isSeekingVideo;
+        double rate;
+        bool clears;
+        bool answer;
+    };
+    const Case cases[] = {
+        {"just opened, nothing decoded", false, false, false, 1.0, true, false},
+        {"paused at 0 with the seek preview", false, true, true, 0.0, false, true},
+        {"playing from 0, first picture current", false, true, false, 1.0, false, false},
+        {"sound under way", true, true, false, 1.0, false, false},
+        {"sound under way, no picture yet", true, false, false, 1.0, false, false},
+    };
+    for (const Case &c : cases) {
+        DrawDecisionState state = playing(std::nullopt);
+        state.hasPlayedAudio = c.hasPlayedAudio;
+        state.hasCurrentFrame = c.hasCurrentFrame;
+        state.isSeekingVideo = c.isSeekingVideo;
+        state.rate = c.rate;
+        const DrawDecision decision = decideDraw(state);
+        EXPECT_EQ(decision.clearBuffers, c.clears) << c.name;
+        EXPECT_EQ(decision.answer, c.answer) << c.name;
+    }
 }
 
 TEST(DrawDecision, AfterAResizeTheOldFrameIsRedrawnWithoutTakingANewOne) {

@@ -25,14 +25,15 @@ const OpenCase kOpenCases[] = {
     {"yuvj420p.mkv", "+1000", 0, "YUVJ420P", true},
     {"yuv422p.mkv", "+1000", 0, "YUV422P", true},
     {"truncated.mkv", "+1000", 42010, "YUV420P", false},
-    {"video_only.mkv", "-2003", -1, "", false},
+    {"video_only.mkv", "+1000", 42010, "YUV420P", false},
     {"no_timestamps.h264", "-2003", -1, "", false},
     {"audio_only.mka", "-2002", -1, "", false},
     {"random.mkv", "-2000: ", -1, "", false},
     {"does-not-exist.mkv", "-2000: No such file or directory.", -1, "", false},
 };
 
-// durationSecOfMovieFile asks for what opening asks for: video and usable audio.
+// durationSecOfMovieFile asks for what opening asks for: video, and sound it can
+// decode or a known length.
 TEST(OpenMovieFile, ResultCodesPixelModesAlertsAndDuration) {
     for (const OpenCase &c : kOpenCases) {
         MyCAOpenGLLayer engine;
@@ -89,6 +90,24 @@ TEST(OpenMovieFile, TracksRecordListsEveryAudioStreamKeyedByIndexAndPlaysTheFirs
     EXPECT_DOUBLE_EQ(audio["starttimesec"].toDouble(), 0.002);  // the stream's own start
     EXPECT_NEAR(engine.fileDurationSec(), 2.0, 0.1);
     EXPECT_EQ(engine.audioBytesPerChannel(), 4);
+}
+
+// "sourceHeight" is the height shown: 1080 for a 1080p H.264 stream, whose
+// coded height, padded to whole macroblocks, is 1088.
+TEST(OpenMovieFile, VideoTrackDimensionsAreTheDisplayedOnes) {
+    struct Case {
+        const char *file;
+        int width;
+        int height;
+    };
+    for (const Case &c : {Case{"h264_1080p.mkv", 1920, 1080}, Case{"h264_aac.mkv", 320, 240}}) {
+        MyCAOpenGLLayer engine;
+        ASSERT_EQ(engine.openMovieFile(mediaPath(c.file)), QLatin1String(kOpenSucceeded));
+        const QVariantMap video = engine.tracks().toVariantMap()["videotrack"].toMap();
+        EXPECT_EQ(video["width"].toInt(), c.width) << c.file;
+        EXPECT_EQ(video["height"].toInt(), c.height) << c.file;
+        EXPECT_EQ(video["sourceHeight"].toInt(), c.height) << c.file;
+    }
 }
 
 TEST(OpenMovieFile, SparseKeyframesAreUgly) {

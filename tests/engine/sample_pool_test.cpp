@@ -110,6 +110,38 @@ TEST_F(SamplePoolTest, PlanarChannelsAreTakenTogetherOrNotAtAll) {
     EXPECT_EQ(scratch[1][50], 150);
 }
 
+// PCM in AVI comes in frames of seconds of sound, larger than the pool: every
+// byte must come out once and in order, in both layouts.
+TEST_F(SamplePoolTest, NodesLargerThanThePoolArePassedOnWhole) {
+    for (const int buffers : {1, 2}) {
+        SCOPED_TRACE(buffers);
+        pool.allocate(buffers);
+        const int nodeBytes = SamplePool::kPoolBytesPerBuffer + 116000;
+        for (int k = 0; k < buffers; ++k) {
+            source.addNode(k, nodeBytes, std::uint8_t(k));
+            source.addNode(k, 3000, std::uint8_t(nodeBytes + k));
+        }
+        const int need = 4096;
+        int served = 0;
+        while (served + need <= nodeBytes + 3000 && gather(need, buffers)) {
+            for (int k = 0; k < buffers; ++k) {
+                for (int i = 0; i < need; ++i) {
+                    ASSERT_EQ(scratch[std::size_t(k)][std::size_t(i)], std::uint8_t(served + i + k))
+                        << "byte " << served + i << " of buffer " << k;
+                }
+            }
+            served += need;
+        }
+        EXPECT_EQ(served, (nodeBytes + 3000) / need * need);
+        pool.release();
+        for (int k = 0; k < buffers; ++k) {
+            while (source.readNode(k) != nullptr) {
+            }
+            source.removeReadNodes(k);
+        }
+    }
+}
+
 TEST(SampleQueueLimit, ShrinksToTheFramesStillToCome) {
     struct Case {
         double durationSec;

@@ -21,6 +21,7 @@ TEST(SeekRules, TargetsNearEitherEndOfTheIndexAreMovedInside) {
         double expectedTarget;
         std::int64_t expectedTimestamp;
         int expectedFlags;
+        std::optional<std::int64_t> lastKeyFrame = std::nullopt;
     };
     const Case cases[] = {
         {"to the current time is backward", 4.5, false, false, 4.5, 4.5, 4500, kSeekFlagsBackward},
@@ -34,6 +35,10 @@ TEST(SeekRules, TargetsNearEitherEndOfTheIndexAreMovedInside) {
          kSeekFlagsForward},
         {"short index keeps the target", 1.0, false, true, 0.0, 1.0, 1000, kSeekFlagsForward},
         {"short index keeps a late target", 9.5, false, true, 0.0, 9.5, 9500, kSeekFlagsForward},
+        {"forward past the last key frame goes backward", 6.5, false, false, 1.0, 6.5, 6500,
+         kSeekFlagsBackward, 3000},
+        {"forward to the last key frame stays forward", 3.0, false, false, 1.0, 3.0, 3000,
+         kSeekFlagsForward, 3000},
     };
     for (const Case &c : cases) {
         SeekRuleInputs inputs;
@@ -43,6 +48,7 @@ TEST(SeekRules, TargetsNearEitherEndOfTheIndexAreMovedInside) {
         inputs.isUglyKeyframe = c.isUgly;
         inputs.fileDurationSec = 10.0;
         inputs.currentTimeSec = c.current;
+        inputs.lastKeyFrameTimestamp = c.lastKeyFrame;
         const SeekAttempt attempt = seekAttemptFor(inputs);
         EXPECT_DOUBLE_EQ(attempt.targetSec, c.expectedTarget) << c.what;
         EXPECT_EQ(attempt.timestamp, c.expectedTimestamp) << c.what;

@@ -33,10 +33,11 @@ TEST(ProbeCommands, ExitCodeAndResultPerCommand) {
         {{"frames", mediaPath("h264_aac.mkv"), "--count", "x"}, 2, nullptr},
         {{"play", mediaPath("h264_aac.mkv"), "--seek", "soon"}, 2, nullptr},
         {{"tracks", mediaPath("audio_first.mkv")}, 0, "+1000"},
-        {{"tracks", mediaPath("video_only.mkv")}, 1, "-2003"},
+        {{"tracks", mediaPath("video_only.mkv")}, 0, "+1000"},
+        {{"tracks", mediaPath("no_timestamps.h264")}, 1, "-2003"},
         {{"tracks", mediaPath("random.mkv")}, 1, "-2000"},
-        {{"frames", mediaPath("video_only.mkv")}, 1, "-2003"},
-        {{"play", mediaPath("video_only.mkv")}, 1, "-2003"},
+        {{"frames", mediaPath("audio_only.mka")}, 1, "-2002"},
+        {{"play", mediaPath("audio_only.mka")}, 1, "-2002"},
     };
     for (const Case &c : cases) {
         const test::ProbeRun run = runProbe(c.arguments);

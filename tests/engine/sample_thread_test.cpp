@@ -1,0 +1,34 @@
+// The sample thread's turns, driven by hand.
+
+#include <gtest/gtest.h>
+
+#include "engine/my_ca_opengl_layer.h"
+#include "support/qt_printers.h"
+#include "support/test_media.h"
+
+namespace tolvane {
+namespace {
+
+// PCM in frames of 1.25 s: 60,000 stereo 16-bit samples, 240,000 bytes. A
+// frame cut to what the output pool once took loses a quarter of a second of
+// every frame, and the sound runs ahead of the pictures from then on.
+TEST(SampleThread, FramesLargerThanThePoolAreQueuedWhole) {
+    MyCAOpenGLLayer engine;
+    ASSERT_EQ(engine.openMovieFile(test::mediaPath("pcm_long_frames.mkv")),
+              QLatin1String(kOpenSucceeded));
+    engine.setRate(1.0);
+    for (int pass = 0; pass < 1000 && engine.readedSampleCount() == 0; ++pass) {
+        if (engine.audioPacketCount() == 0) {
+            engine.addPacketOnePass();
+            engine.removeAllVideoPackets();
+        } else {
+            engine.addSampleOneTurn();
+        }
+    }
+    EXPECT_EQ(engine.readedSampleCount(), 60000);
+    ASSERT_EQ(engine.sampleDataCountForChannel(0), 1);
+    EXPECT_EQ(engine.getSampleData(0)->data.size(), 240000u);
+}
+
+}  // namespace
+}  // namespace tolvane
