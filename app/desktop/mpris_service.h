@@ -19,7 +19,7 @@ class MprisPlayerAdaptor;
 // media keys, desktop panels and playerctl use. Every action goes through
 // the controller as the matching button would; every change the controller
 // announces is published as PropertiesChanged (Position, as the
-// specification wants, only through Seeked).
+// MPRIS protocol asks, only through Seeked).
 // Thread-safety: main thread only.
 class MprisService : public QObject {
     Q_OBJECT
