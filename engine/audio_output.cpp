@@ -265,7 +265,7 @@ bool MyCAOpenGLLayer::renderAudioFrames(std::uint32_t numberFrames, std::uint8_t
 }
 
 void MyCAOpenGLLayer::idleStepOfAudioCallbackWithEnoughMutexHeld(std::uint32_t numberFrames) {
-    if (!hasPicturesLeftToShow()) {
+    if (isPlaybackAtItsEnd()) {
         // Playback has reached its end.
         stopOutputUnit();
         return;
@@ -274,8 +274,12 @@ void MyCAOpenGLLayer::idleStepOfAudioCallbackWithEnoughMutexHeld(std::uint32_t n
     // The audio has ended but pictures remain: the clock runs on over them.
     // Audio that is merely late (packets still queued) holds the clock;
     // packets past the end of the audio, which are never decoded, do not.
+    // Pictures still to come after the file's last audio (a damaged or cut
+    // file may hold no picture that is already due) are waited for too.
     const bool isAudioOver = audioPackets.count() == 0 || isAudioDecodingAtEnd.load();
-    if (sampleLists.channel(0).count() == 0 && isAudioOver && isPictureOnScreen()) {
+    const bool isPacketStreamOver = hasReadToTheEnd.load() && audioPackets.count() == 0;
+    if (sampleLists.channel(0).count() == 0 && isAudioOver &&
+        (isPictureOnScreen() || isPacketStreamOver)) {
         gOutputtedSampleCount += numberFrames;
     }
 }

@@ -292,6 +292,8 @@ private:
     bool renderAudioFrames(std::uint32_t numberFrames, std::uint8_t *interleavedOut);
     void idleStepOfAudioCallbackWithEnoughMutexHeld(std::uint32_t numberFrames);
     bool hasPicturesLeftToShow() const;
+    // Nothing is left to show, or the clock has reached the file's end.
+    bool isPlaybackAtItsEnd() const;
     bool isPictureOnScreen() const;
     void destroyOutputUnit();
     void syncOutputDevicePauseWithRunningFlag();
@@ -428,9 +430,10 @@ private:
     // Switches to the first-field layout and posts the notification, both
     // once per file, when `frame` is interlaced.
     void noteInterlacedFrame(const AVFrame *frame);
-    // Called by the packet thread when a read fails; the end of the file
-    // lets the pixel thread take the pictures the decoder still holds.
-    void noteVideoPacketReadFailure(int readResult);
+    // Called by the packet thread when a read fails, at the end of the file
+    // or on a read error; lets the pixel thread take the pictures the
+    // decoder still holds.
+    void noteVideoPacketReadFailure();
     // Takes one picture the decoder still holds after the last packet.
     bool drainVideoDecoderIntoQueue(double fps);
 

@@ -82,17 +82,21 @@ PacketPassAction MyCAOpenGLLayer::packetPassActionFor(double rate, int videoCoun
 PacketPassAction MyCAOpenGLLayer::addPacketOnePass() {
     const PacketPassAction action =
         packetPassActionFor(rateValue.load(), videoPackets.count(), audioPackets.count());
-    if (action != PacketPassAction::Read || !pFormatCtx) {
+    // Once a read has failed nothing more is read until a seek: a demuxer
+    // that hit damage or the cut end of a partial download may not give a
+    // packet again, and whatever was read before must still play out.
+    if (action != PacketPassAction::Read || !pFormatCtx || hasReadToTheEnd.load()) {
         return PacketPassAction::Sleep;
     }
     PacketPtr packet = makePacket();
-    // End of file and read errors alike: try again on a later pass.
     if (const int readResult = av_read_frame(pFormatCtx.get(), packet.get()); readResult < 0) {
+        if (readResult == AVERROR(EAGAIN)) {
+            return PacketPassAction::Sleep;
+        }
         hasReadToTheEnd = true;
-        noteVideoPacketReadFailure(readResult);
+        noteVideoPacketReadFailure();
         return PacketPassAction::Sleep;
     }
-    hasReadToTheEnd = false;
     if (packet->stream_index == videoStreamIdx) {
         videoPackets.add(std::move(packet));
     } else if (packet->stream_index == audioStreamIdx) {

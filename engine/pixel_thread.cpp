@@ -174,10 +174,9 @@ bool MyCAOpenGLLayer::decodeVideoPacketIntoQueue(const AVPacket *packet, double 
     return queued;
 }
 
-void MyCAOpenGLLayer::noteVideoPacketReadFailure(int readResult) {
-    if (readResult != AVERROR_EOF) {
-        return;
-    }
+void MyCAOpenGLLayer::noteVideoPacketReadFailure() {
+    // A read error ends the packets as the end of the file does: the decoder
+    // still gives back the pictures it holds.
     auto feeding = VideoDecoderDrainState::Feeding;
     videoDecoderDrainState.compare_exchange_strong(feeding, VideoDecoderDrainState::EndOfFileRead);
 }
