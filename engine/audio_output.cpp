@@ -59,10 +59,10 @@ bool MyCAOpenGLLayer::setDefaultOutputAUWithVolume(float volume) {
 
         AudioDeviceRequest request;
         request.sampleRate = codec.sample_rate;
-        // A mono source plays on the left of a stereo device; a source of
-        // more channels than the engine keeps is mixed down to stereo.
-        request.channels =
-            sourceChannels == 1 || sourceChannels > kMaxSampleChannels ? 2 : sourceChannels;
+        // Two or more channels are mixed for stereo through the mix table, so
+        // that each reaches the speaker it belongs to whatever the sound
+        // server would make of them; mono stays mono, for both speakers.
+        request.channels = sourceChannels == 1 ? 1 : 2;
         request.type = type;
         request.framesPerCallback = framesPerCallbackFor(codec.sample_rate);
         QString errorText;
