@@ -65,12 +65,13 @@ void MyCAOpenGLLayer::startPixelThread() {
     pixelThread->start();
 }
 
-void MyCAOpenGLLayer::stopPixelThread() {
+bool MyCAOpenGLLayer::stopPixelThread() {
     if (!pixelThread) {
-        return;
+        return true;
     }
-    pixelThread->stop();
+    const bool stopped = pixelThread->stop();
     pixelThread.reset();
+    return stopped;
 }
 
 void MyCAOpenGLLayer::addBitmapDataToQueueOnThreadOnlyOne(

@@ -95,12 +95,13 @@ void MyCAOpenGLLayer::startSampleThread() {
     sampleThread->start();
 }
 
-void MyCAOpenGLLayer::stopSampleThread() {
+bool MyCAOpenGLLayer::stopSampleThread() {
     if (!sampleThread) {
-        return;
+        return true;
     }
-    sampleThread->stop();
+    const bool stopped = sampleThread->stop();
     sampleThread.reset();
+    return stopped;
 }
 
 void MyCAOpenGLLayer::addSampleToQueueOnThreadOnlyOne(const std::function<bool()> &isCancelled) {
