@@ -59,10 +59,10 @@ bool MyCAOpenGLLayer::setDefaultOutputAUWithVolume(float volume) {
 
         AudioDeviceRequest request;
         request.sampleRate = codec.sample_rate;
-        // A mono source plays on the left of a stereo device; a source of
-        // more channels than the engine keeps is mixed down to stereo.
-        request.channels =
-            sourceChannels == 1 || sourceChannels > kMaxSampleChannels ? 2 : sourceChannels;
+        // Two or more channels are mixed for stereo through the mix table, so
+        // that each reaches the speaker it belongs to whatever the sound
+        // server would make of them; mono stays mono, for both speakers.
+        request.channels = sourceChannels == 1 ? 1 : 2;
         request.type = type;
         request.framesPerCallback = framesPerCallbackFor(codec.sample_rate);
         QString errorText;
@@ -288,7 +288,7 @@ bool MyCAOpenGLLayer::renderAudioFrames(std::uint32_t numberFrames, std::uint8_t
 }
 
 void MyCAOpenGLLayer::idleStepOfAudioCallbackWithEnoughMutexHeld(std::uint32_t numberFrames) {
-    if (!hasPicturesLeftToShow()) {
+    if (isPlaybackAtItsEnd()) {
         // Playback has reached its end.
         stopOutputUnit();
         return;
@@ -297,8 +297,12 @@ void MyCAOpenGLLayer::idleStepOfAudioCallbackWithEnoughMutexHeld(std::uint32_t n
     // The audio has ended but pictures remain: the clock runs on over them.
     // Audio that is merely late (packets still queued) holds the clock;
     // packets past the end of the audio, which are never decoded, do not.
+    // Pictures still to come after the file's last audio (a damaged or cut
+    // file may hold no picture that is already due) are waited for too.
     const bool isAudioOver = audioPackets.count() == 0 || isAudioDecodingAtEnd.load();
-    if (sampleLists.channel(0).count() == 0 && isAudioOver && isPictureOnScreen()) {
+    const bool isPacketStreamOver = hasReadToTheEnd.load() && audioPackets.count() == 0;
+    if (sampleLists.channel(0).count() == 0 && isAudioOver &&
+        (isPictureOnScreen() || isPacketStreamOver)) {
         gOutputtedSampleCount += numberFrames;
     }
 }

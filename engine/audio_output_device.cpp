@@ -13,6 +13,7 @@
 #include <mutex>
 #include <stop_token>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "base/log.h"
@@ -23,9 +24,8 @@ namespace {
 
 // --- SDL
 
-// Guards SDL's audio subsystem set-up and the one-way fall-back to silence.
+// Guards SDL's audio subsystem set-up and the choice of opener.
 std::mutex audioSubsystemMutex;
-bool hasFallenBackToSilence = false;  // guarded by audioSubsystemMutex
 
 SDL_AudioFormat sdlFormatFor(SampleType type) {
     switch (type) {
@@ -76,13 +76,13 @@ std::unique_ptr<AudioOutputDevice> openSdlDevice(const AudioDeviceRequest &reque
     desired.callback = callback;
     desired.userdata = context;
     SDL_AudioSpec obtained{};
-    // A device with fewer or more channels is taken as it is: the engine then
-    // mixes down or copies channel by channel. A driver that cannot keep the
+    // The channels asked for are kept (SDL converts for hardware that has
+    // others): the engine has mixed them for stereo, or gives mono that the
+    // sound server plays on both speakers. A driver that cannot keep the
     // period asked for gets its own, so that its callbacks stay evenly spaced
     // rather than bunched by SDL's re-buffering.
     const SDL_AudioDeviceID id =
-        SDL_OpenAudioDevice(nullptr, 0, &desired, &obtained,
-                            SDL_AUDIO_ALLOW_CHANNELS_CHANGE | SDL_AUDIO_ALLOW_SAMPLES_CHANGE);
+        SDL_OpenAudioDevice(nullptr, 0, &desired, &obtained, SDL_AUDIO_ALLOW_SAMPLES_CHANGE);
     if (id == 0) {
         *errorText = QString::fromUtf8(SDL_GetError());
         SDL_QuitSubSystem(SDL_INIT_AUDIO);
@@ -203,6 +203,9 @@ private:
     std::shared_ptr<SilentPacer> pacer_;
 };
 
+AudioOutputDevice::RealDeviceOpener realDeviceOpener =
+    &openSdlDevice;  // guarded by audioSubsystemMutex
+
 std::unique_ptr<AudioOutputDevice> openSilentDevice(const AudioDeviceRequest &request,
                                                     AudioOutputDevice::Callback callback,
                                                     void *context) {
@@ -231,18 +234,23 @@ std::unique_ptr<AudioOutputDevice> AudioOutputDevice::open(const AudioDeviceRequ
         return openSilentDevice(request, callback, context);
     }
     std::lock_guard lock(audioSubsystemMutex);
-    if (hasFallenBackToSilence) {
-        return openSilentDevice(request, callback, context);
-    }
+    // Tried at every open: a device that was busy or unplugged for one file
+    // may be back for the next.
     std::unique_ptr<AudioOutputDevice> device =
-        openSdlDevice(request, callback, context, errorText);
+        realDeviceOpener(request, callback, context, errorText);
     if (!device && chosenDriver.isEmpty()) {
-        hasFallenBackToSilence = true;
-        logWarning(QStringLiteral("no audio device could be opened (%1); playing without sound")
-                       .arg(*errorText));
+        logWarning(
+            QStringLiteral("no audio device could be opened (%1); playing this file without sound")
+                .arg(*errorText));
         device = openSilentDevice(request, callback, context);
     }
     return device;
+}
+
+AudioOutputDevice::RealDeviceOpener AudioOutputDevice::replaceRealDeviceOpenerForTesting(
+    RealDeviceOpener opener) {
+    std::lock_guard lock(audioSubsystemMutex);
+    return std::exchange(realDeviceOpener, opener != nullptr ? opener : &openSdlDevice);
 }
 
 std::unique_ptr<AudioOutputDevice> AudioOutputDevice::openSilent(const AudioDeviceRequest &request,

@@ -21,8 +21,9 @@ struct AudioDeviceRequest {
 // first, and its callback asks for `framesPerCallback()` frames at a time at
 // the pace a sound card would.
 //
-// The silent device is used when no real device opens (with one warning) and
-// when the user asks for no sound with SDL_AUDIODRIVER=dummy. It is our own
+// The silent device is used for one file when no real device opens for it
+// (with a warning; the next open tries the real device again) and when the
+// user asks for no sound with SDL_AUDIODRIVER=dummy. It is our own
 // rather than SDL's "dummy" driver: that driver rounds the period up to a
 // power of two and sleeps whole milliseconds, so its clock runs 5% fast at
 // 512 frames and 25% slow at 768. The silent device keeps the period asked
@@ -38,12 +39,20 @@ class AudioOutputDevice {
 public:
     using Callback = void (*)(void *context, std::uint8_t *stream, int bytes);
 
-    // Null, with the reason in `errorText`, when no device opens.
+    // Null, with the reason in `errorText`, when no device opens. The device
+    // plays exactly the channels, type and rate asked for; the sound server
+    // converts them for the speakers.
     static std::unique_ptr<AudioOutputDevice> open(const AudioDeviceRequest &request,
                                                    Callback callback, void *context,
                                                    QString *errorText);
+
+    // How the real device is opened: SDL's unless a test put another in its
+    // place. Returns the opener it replaces; null puts SDL's back.
+    using RealDeviceOpener = std::unique_ptr<AudioOutputDevice> (*)(
+        const AudioDeviceRequest &request, Callback callback, void *context, QString *errorText);
+    static RealDeviceOpener replaceRealDeviceOpenerForTesting(RealDeviceOpener opener);
     // The silent device whatever sound card there is: the clock of a video
-    // without sound.
+    // without sound, and the opener of tests.
     static std::unique_ptr<AudioOutputDevice> openSilent(const AudioDeviceRequest &request,
                                                          Callback callback, void *context);
     // Closing waits for a callback in progress to return.

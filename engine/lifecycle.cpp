@@ -17,15 +17,20 @@ void MyCAOpenGLLayer::cleanBeforeQuit() { cleanBeforeOpenFile(); }
 void MyCAOpenGLLayer::cleanBeforeOpenFile() {
     try {
         isAlsoHaveMovieValue = false;
-        stopSampleThread();
-        stopPixelThread();
+        // A worker abandoned by the bounded stop may hold its thread lock for
+        // ever: the reset then leaves alone what that lock guards rather
+        // than wait past the bound.
+        const bool isSampleThreadStopped = stopSampleThread();
+        const bool isPixelThreadStopped = stopPixelThread();
         stopPacketThread();
         isInterlacedValue = false;
         destroyOutputUnit();
         setAsynchronous(false);
 
         isSkippingValue = false;
-        resetAudioDecodingStateForNewTrack();
+        if (isSampleThreadStopped) {
+            resetAudioDecodingStateForNewTrack();
+        }
         {
             NamedLockGuard lock(rateMutex);
             rateValue = 0.0;
@@ -52,7 +57,7 @@ void MyCAOpenGLLayer::cleanBeforeOpenFile() {
         removeAllVideoPackets();
         removeAllAudioPackets();
 
-        {
+        if (isPixelThreadStopped) {
             NamedLockGuard lock(bitmapDataThreadMutex);
             vFrame.reset();
         }

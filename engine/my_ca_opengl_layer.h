@@ -14,6 +14,7 @@
 #include "engine/bitmap_data.h"
 #include "engine/cursor_queue.h"
 #include "engine/ffmpeg_handles.h"
+#include "engine/packet_thread_link.h"
 #include "engine/picture_layout.h"
 #include "engine/sample_pool.h"
 #include "engine/tracks.h"
@@ -138,7 +139,8 @@ public:
     // The sample thread decodes the audio packets into one list per channel
     // (planar S16P, S32P, FLTP) or one interleaved list (every other format).
     void startSampleThread();
-    void stopSampleThread();
+    // False when the thread did not stop within the bound and was abandoned.
+    bool stopSampleThread();
     bool hasSampleThread() const { return sampleThread != nullptr; }
     // One turn of the sample thread's loop, exposed so that it can be driven
     // without a thread.
@@ -216,7 +218,8 @@ public:
     // stop run on the main thread; a pass may be run by hand (tests, the
     // probe) only while no pixel thread runs.
     void startPixelThread();
-    void stopPixelThread();
+    // False when the thread did not stop within the bound and was abandoned.
+    bool stopPixelThread();
     bool hasPixelThread() const { return pixelThread != nullptr; }
     // One pass of the pixel thread's loop.
     PixelPassOutcome addBitmapDataOnePass();
@@ -281,7 +284,11 @@ public:
     void drawInCGLContext(const std::function<void(const PictureView &picture)> &draw) const;
 
 private:
-    void addPacketOnThreadOnlyOne(const std::function<bool()> &isCancelled);
+    static void addPacketOnThreadOnlyOne(PacketThreadLink &link,
+                                         const std::function<bool()> &isCancelled);
+    bool isPacketReadDue() const;
+    // Queues the packet of a read, or ends the packet stream when it failed.
+    PacketPassAction takeReadResult(int readResult, PacketPtr packet);
     void showAlert(const QString &message, const QString &informativeText);
     QString openMovieFileSteps(const QString &path);
 
@@ -301,6 +308,8 @@ private:
     bool renderAudioFrames(std::uint32_t numberFrames, std::uint8_t *interleavedOut);
     void idleStepOfAudioCallbackWithEnoughMutexHeld(std::uint32_t numberFrames);
     bool hasPicturesLeftToShow() const;
+    // Nothing is left to show, or the clock has reached the file's end.
+    bool isPlaybackAtItsEnd() const;
     bool isPictureOnScreen() const;
     void destroyOutputUnit();
     void syncOutputDevicePauseWithRunningFlag();
@@ -336,8 +345,10 @@ private:
     mutable NamedRecursiveMutex sampleCountMutex{"sampleCount"};
 
     // --- FFmpeg handles of the open file. Written on the main thread while
-    // no worker runs; the workers use them between start and stop.
-    FormatContextPtr pFormatCtx;
+    // no worker runs; the workers use them between start and stop. The
+    // packet thread shares the format context, so that it outlives a thread
+    // abandoned by the bounded stop.
+    std::shared_ptr<AVFormatContext> pFormatCtx;
     CodecContextPtr vCodecCtx;
     CodecContextPtr aCodecCtx;
     const AVCodec *vCodec = nullptr;
@@ -369,6 +380,7 @@ private:
 
     // --- Worker threads
     std::unique_ptr<WorkerThread> packetThread;
+    std::shared_ptr<PacketThreadLink> packetThreadLink;  // main thread only
 
     // --- Queues
     CursorQueue<PacketPtr> videoPackets{videoPacketQueueMutex};
@@ -449,9 +461,10 @@ private:
     // Switches to the first-field layout and posts the notification, both
     // once per file, when `frame` is interlaced.
     void noteInterlacedFrame(const AVFrame *frame);
-    // Called by the packet thread when a read fails; the end of the file
-    // lets the pixel thread take the pictures the decoder still holds.
-    void noteVideoPacketReadFailure(int readResult);
+    // Called by the packet thread when a read fails, at the end of the file
+    // or on a read error; lets the pixel thread take the pictures the
+    // decoder still holds.
+    void noteVideoPacketReadFailure();
     // Takes one picture the decoder still holds after the last packet.
     bool drainVideoDecoderIntoQueue(double fps);
 

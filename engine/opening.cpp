@@ -6,6 +6,7 @@
 #include "base/localized_strings.h"
 #include "base/log.h"
 #include "engine/media_description.h"
+#include "engine/media_end.h"
 #include "engine/my_ca_opengl_layer.h"
 
 extern "C" {
@@ -17,7 +18,6 @@ namespace tolvane {
 
 namespace {
 
-constexpr double kNoDurationSec = -100.0;
 constexpr double kMicrosecondsPerSecond = 1000000.0;
 
 QString codeWithError(const char *code, int errorCode) {
@@ -232,7 +232,9 @@ QString MyCAOpenGLLayer::openMovieFileSteps(const QString &path) {
     }
     tracksRecord = std::move(opened);
 
-    fileDurationSecValue = double(pFormatCtx->duration) / kMicrosecondsPerSecond;
+    fileDurationSecValue = pFormatCtx->duration == AV_NOPTS_VALUE || pFormatCtx->duration < 0
+                               ? kNoDurationSec
+                               : double(pFormatCtx->duration) / kMicrosecondsPerSecond;
     if (aCodecCtx) {
         audioBytesPerChannelValue = audioBytesPerChannelFor(aCodecCtx->sample_fmt);
     }
@@ -265,7 +267,9 @@ double MyCAOpenGLLayer::durationSecOfMovieFile(const QString &path) {
         if (!hasVideo || hasBadAudio || (!hasAudio && input.context->duration <= 0)) {
             return kNoDurationSec;
         }
-        return double(input.context->duration) / kMicrosecondsPerSecond;
+        return input.context->duration == AV_NOPTS_VALUE || input.context->duration < 0
+                   ? kNoDurationSec
+                   : double(input.context->duration) / kMicrosecondsPerSecond;
     } catch (const std::exception &e) {
         logException("dsomf", e.what());
         return kNoDurationSec;

@@ -51,10 +51,11 @@ void MyCAOpenGLLayer::startPacketThread() {
     if (packetThread) {
         return;
     }
-    packetThread = std::make_unique<WorkerThread>("tolvane-packet",
-                                                  [this](const std::function<bool()> &isCancelled) {
-                                                      addPacketOnThreadOnlyOne(isCancelled);
-                                                  });
+    packetThreadLink = std::make_shared<PacketThreadLink>(pFormatCtx, this);
+    packetThread = std::make_unique<WorkerThread>(
+        "tolvane-packet", [link = packetThreadLink](const std::function<bool()> &isCancelled) {
+            addPacketOnThreadOnlyOne(*link, isCancelled);
+        });
     packetThread->start();
 }
 
@@ -63,6 +64,9 @@ void MyCAOpenGLLayer::stopPacketThread() {
         return;
     }
     packetThread->stop();
+    // A thread abandoned in a read finds the engine gone when the read returns.
+    packetThreadLink->cut();
+    packetThreadLink.reset();
     packetThread.reset();
 }
 
@@ -79,20 +83,23 @@ PacketPassAction MyCAOpenGLLayer::packetPassActionFor(double rate, int videoCoun
     return PacketPassAction::Read;
 }
 
-PacketPassAction MyCAOpenGLLayer::addPacketOnePass() {
-    const PacketPassAction action =
-        packetPassActionFor(rateValue.load(), videoPackets.count(), audioPackets.count());
-    if (action != PacketPassAction::Read || !pFormatCtx) {
+bool MyCAOpenGLLayer::isPacketReadDue() const {
+    // Once a read has failed nothing more is read until a seek: a demuxer
+    // that hit damage or the cut end of a partial download may not give a
+    // packet again, and whatever was read before must still play out.
+    return packetPassActionFor(rateValue.load(), videoPackets.count(), audioPackets.count()) ==
+               PacketPassAction::Read &&
+           pFormatCtx && !hasReadToTheEnd.load();
+}
+
+PacketPassAction MyCAOpenGLLayer::takeReadResult(int readResult, PacketPtr packet) {
+    if (readResult < 0) {
+        if (readResult != AVERROR(EAGAIN)) {
+            hasReadToTheEnd = true;
+            noteVideoPacketReadFailure();
+        }
         return PacketPassAction::Sleep;
     }
-    PacketPtr packet = makePacket();
-    // End of file and read errors alike: try again on a later pass.
-    if (const int readResult = av_read_frame(pFormatCtx.get(), packet.get()); readResult < 0) {
-        hasReadToTheEnd = true;
-        noteVideoPacketReadFailure(readResult);
-        return PacketPassAction::Sleep;
-    }
-    hasReadToTheEnd = false;
     if (packet->stream_index == videoStreamIdx) {
         videoPackets.add(std::move(packet));
     } else if (packet->stream_index == audioStreamIdx) {
@@ -101,10 +108,41 @@ PacketPassAction MyCAOpenGLLayer::addPacketOnePass() {
     return PacketPassAction::Read;
 }
 
-void MyCAOpenGLLayer::addPacketOnThreadOnlyOne(const std::function<bool()> &isCancelled) {
-    NamedLockGuard threadLock(packetThreadMutex);
+PacketPassAction MyCAOpenGLLayer::addPacketOnePass() {
+    if (!isPacketReadDue()) {
+        return PacketPassAction::Sleep;
+    }
+    PacketPtr packet = makePacket();
+    const int readResult = av_read_frame(pFormatCtx.get(), packet.get());
+    return takeReadResult(readResult, std::move(packet));
+}
+
+void MyCAOpenGLLayer::addPacketOnThreadOnlyOne(PacketThreadLink &link,
+                                               const std::function<bool()> &isCancelled) {
+    // The engine is reached only through the link, and never during the
+    // read, which may stall for longer than the engine waits for this thread.
     while (!isCancelled()) {
-        if (addPacketOnePass() == PacketPassAction::Sleep) {
+        bool isReadDue = false;
+        if (!link.withEngine([&](MyCAOpenGLLayer &engine) {
+                NamedLockGuard threadLock(engine.packetThreadMutex);
+                isReadDue = engine.isPacketReadDue();
+            })) {
+            return;
+        }
+        if (!isReadDue) {
+            sleepForIdleTurn();
+            continue;
+        }
+        PacketPtr packet = makePacket();
+        const int readResult = av_read_frame(link.formatContext(), packet.get());
+        PacketPassAction action = PacketPassAction::Sleep;
+        if (!link.withEngine([&](MyCAOpenGLLayer &engine) {
+                NamedLockGuard threadLock(engine.packetThreadMutex);
+                action = engine.takeReadResult(readResult, std::move(packet));
+            })) {
+            return;
+        }
+        if (action == PacketPassAction::Sleep) {
             sleepForIdleTurn();
         }
     }

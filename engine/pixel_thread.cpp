@@ -66,12 +66,13 @@ void MyCAOpenGLLayer::startPixelThread() {
     pixelThread->start();
 }
 
-void MyCAOpenGLLayer::stopPixelThread() {
+bool MyCAOpenGLLayer::stopPixelThread() {
     if (!pixelThread) {
-        return;
+        return true;
     }
-    pixelThread->stop();
+    const bool stopped = pixelThread->stop();
     pixelThread.reset();
+    return stopped;
 }
 
 void MyCAOpenGLLayer::addBitmapDataToQueueOnThreadOnlyOne(
@@ -176,10 +177,9 @@ bool MyCAOpenGLLayer::decodeVideoPacketIntoQueue(const AVPacket *packet, double 
     return queued;
 }
 
-void MyCAOpenGLLayer::noteVideoPacketReadFailure(int readResult) {
-    if (readResult != AVERROR_EOF) {
-        return;
-    }
+void MyCAOpenGLLayer::noteVideoPacketReadFailure() {
+    // A read error ends the packets as the end of the file does: the decoder
+    // still gives back the pictures it holds.
     auto feeding = VideoDecoderDrainState::Feeding;
     videoDecoderDrainState.compare_exchange_strong(feeding, VideoDecoderDrainState::EndOfFileRead);
 }

@@ -1,6 +1,7 @@
 // What the audio output needs of the video path: pictures left, a picture on
 // screen.
 
+#include "engine/media_end.h"
 #include "engine/my_ca_opengl_layer.h"
 
 namespace tolvane {
@@ -19,6 +20,14 @@ bool MyCAOpenGLLayer::hasPicturesLeftToShow() const {
                                 videoFrameRate()) > 0;
     return bitmapDatas.count() > 0 || videoPackets.count() > 0 || !hasReadToTheEnd.load() ||
            decoderHoldsPictures;
+}
+
+bool MyCAOpenGLLayer::isPlaybackAtItsEnd() const {
+    // Damaged time stamps can put a picture far past the end; the clock, which
+    // runs over the pictures once the audio is over, stops at the end all the same.
+    const bool isClockAtTheEnd = isKnownDurationSec(fileDurationSecValue) &&
+                                 currentTimeSec() >= startTimeSec() + fileDurationSecValue;
+    return !hasPicturesLeftToShow() || isClockAtTheEnd;
 }
 
 bool MyCAOpenGLLayer::isPictureOnScreen() const { return hasPictureOnScreen.load(); }

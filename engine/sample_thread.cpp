@@ -5,6 +5,7 @@
 
 #include "base/log.h"
 #include "engine/audio_decoding_rules.h"
+#include "engine/media_end.h"
 #include "engine/my_ca_opengl_layer.h"
 
 namespace tolvane {
@@ -21,12 +22,16 @@ int sampleQueueLimitFor(const SampleQueueLimitInputs &inputs) {
     if (inputs.frameSize <= 0) {
         return 0;
     }
+    const int cap = std::int64_t(inputs.frameSize) * inputs.channels * inputs.audioBytesPerChannel >
+                            kLargeFrameBytes
+                        ? kQueuedFramesOfLargeFrames
+                        : kQueuedFrames;
+    if (!isKnownDurationSec(inputs.fileDurationSec)) {
+        return cap;
+    }
     const auto endSample =
         std::int64_t((inputs.fileDurationSec + inputs.startTimeSec) * double(inputs.sampleRate));
     const std::int64_t framesLeft = (endSample - inputs.readedSampleCount) / inputs.frameSize;
-    const std::int64_t frameBytes =
-        std::int64_t(inputs.frameSize) * inputs.channels * inputs.audioBytesPerChannel;
-    const int cap = frameBytes > kLargeFrameBytes ? kQueuedFramesOfLargeFrames : kQueuedFrames;
     return int(std::clamp<std::int64_t>(framesLeft, 0, cap));
 }
 
@@ -90,12 +95,13 @@ void MyCAOpenGLLayer::startSampleThread() {
     sampleThread->start();
 }
 
-void MyCAOpenGLLayer::stopSampleThread() {
+bool MyCAOpenGLLayer::stopSampleThread() {
     if (!sampleThread) {
-        return;
+        return true;
     }
-    sampleThread->stop();
+    const bool stopped = sampleThread->stop();
     sampleThread.reset();
+    return stopped;
 }
 
 void MyCAOpenGLLayer::addSampleToQueueOnThreadOnlyOne(const std::function<bool()> &isCancelled) {
@@ -157,6 +163,16 @@ SampleTurnAction MyCAOpenGLLayer::addSampleOneTurn() {
     }
     const AVPacket *packet = getAudioPacket();
     if (packet == nullptr) {
+        if (hasReadToTheEnd.load()) {
+            // The file ended (or broke off) before the audio the queue limit
+            // counts on: what was decoded plays out, and with none the output
+            // still runs while pictures are left, the clock running over them.
+            // Once the output has stopped at the end it is not started again.
+            isAudioDecodingAtEnd = true;
+            if (!isEnoughSampleValue.load() && (queued > 0 || !isPlaybackAtItsEnd())) {
+                markEnoughSamplesAndStartOutput();
+            }
+        }
         // Audio may have ended before the video: wait a turn instead of
         // spinning on the empty list.
         return SampleTurnAction::Sleep;
@@ -250,7 +266,11 @@ void MyCAOpenGLLayer::queueDecodedAudioFrame(const AVFrame &frame, double ptsSec
         isFrameSizeZero = false;
     }
     if (isSeekingAudio.exchange(false)) {
-        const auto rebased = std::int64_t(double(codec.sample_rate) * ptsSec);
+        // A damaged time stamp must not put the clock past the end.
+        const double endSec = startTimeSec() + fileDurationSecValue;
+        const double clockSec =
+            isKnownDurationSec(fileDurationSecValue) ? std::min(ptsSec, endSec) : ptsSec;
+        const auto rebased = std::int64_t(double(codec.sample_rate) * clockSec);
         NamedLockGuard lock(sampleCountMutex);
         gOutputtedSampleCount = rebased;
         gReadedSampleCount = rebased;

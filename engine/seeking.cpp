@@ -2,6 +2,7 @@
 // every queue, re-base the clock and optionally show the picture there.
 
 #include "base/log.h"
+#include "engine/media_end.h"
 #include "engine/my_ca_opengl_layer.h"
 #include "engine/seek_rules.h"
 
@@ -38,7 +39,8 @@ SeekAttempt seekAttemptFor(const SeekRuleInputs &inputs) {
     attempt.targetSec = inputs.targetSec;
     attempt.timestamp = std::int64_t(inputs.targetSec / inputs.timeBaseSec);
     const auto &index = inputs.indexTimestamps;
-    if (index.size() >= std::size_t(kMinIndexEntriesForRules)) {
+    if (index.size() >= std::size_t(kMinIndexEntriesForRules) &&
+        isKnownDurationSec(inputs.fileDurationSec)) {
         const std::int64_t endTimestamp = index[index.size() - 3];
         if (attempt.targetSec <= kFirstSecondsSeekingToStart) {
             attempt.targetSec = 0.0;

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <thread>
 
+#include "engine/media_end.h"
+
 namespace tolvane {
 
 namespace {
@@ -32,6 +34,9 @@ int wantedBitmapQueueLength(double fileDurationSec, double startTimeSec, double 
                             double framesPerSec) {
     if (!(framesPerSec > 0.0) || !std::isfinite(framesPerSec)) {
         return 0;
+    }
+    if (!isKnownDurationSec(fileDurationSec)) {
+        return kMaxQueuedBitmaps;
     }
     const double framesToEnd = std::trunc((fileDurationSec + startTimeSec) * framesPerSec);
     const double framesPlayed = std::trunc(currentTimeSec * framesPerSec);

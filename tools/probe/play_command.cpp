@@ -23,6 +23,7 @@ constexpr auto kRefreshInterval = std::chrono::microseconds(16667);
 // Without --for, playback is given this long beyond the file's duration to end.
 constexpr double kGraceAfterDurationSec = 5.0;
 constexpr double kLastingStopSec = 0.5;
+constexpr double kLimitWithoutDurationSec = 3600.0;
 
 struct PlayOptions {
     QString path;
@@ -98,8 +99,10 @@ int runPlayCommand(const QStringList &arguments) {
             ? 1.0 / engine.tracks().videotrack->fps
             : 0.04;
     const double endSec = engine.fileDurationSec() + engine.startTimeSec();
-    const double limitSec =
-        options->forSec.value_or(engine.fileDurationSec() + kGraceAfterDurationSec);
+    // A file without a known duration is given as long as a long episode.
+    const double limitSec = options->forSec.value_or(
+        engine.fileDurationSec() >= 0.0 ? engine.fileDurationSec() + kGraceAfterDurationSec
+                                        : kLimitWithoutDurationSec);
 
     const auto wallStart = std::chrono::steady_clock::now();
     const double cpuStart = processCpuSec();

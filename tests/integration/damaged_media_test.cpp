@@ -1,0 +1,184 @@
+// Damaged and partly downloaded files: each variant either fails to open with
+// a result code, or plays what is intact and reaches its end, the clock never
+// running past it.
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <chrono>
+#include <cstdlib>
+#include <future>
+#include <random>
+#include <thread>
+
+#include "engine/my_ca_opengl_layer.h"
+#include "support/qt_printers.h"
+#include "support/test_media.h"
+
+namespace tolvane {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr double kClipSec = 1.0;
+// Past the end the clock may go by the last callback of audio, not more.
+constexpr double kClockToleranceSec = 0.25;
+constexpr auto kGiveUpAfter = 5s;
+constexpr auto kLastingStop = 300ms;
+
+enum class Damage { None, Truncate10, Truncate50, Truncate90, Flip01, Flip1, Zero64K, Header };
+
+struct DamageRow {
+    Damage damage;
+    const char *name;
+};
+
+constexpr DamageRow kDamages[] = {
+    {Damage::None, "intact"},           {Damage::Truncate10, "cut at 10%"},
+    {Damage::Truncate50, "cut at 50%"}, {Damage::Truncate90, "cut at 90%"},
+    {Damage::Flip01, "0.1% flipped"},   {Damage::Flip1, "1% flipped"},
+    {Damage::Zero64K, "64 KB zeroed"},  {Damage::Header, "header randomised"},
+};
+
+constexpr const char *kClips[] = {"short_h264_aac.mkv", "short_h264_aac.mp4", "short_mpeg2_mp2.ts",
+                                  "short_hevc_aac.mkv", "short_vp9_opus.webm"};
+
+QByteArray damaged(QByteArray bytes, Damage damage) {
+    // A fixed seed and mt19937's raw output: the same bytes on every machine.
+    std::mt19937 random(20261122);
+    const auto size = std::size_t(bytes.size());
+    auto flip = [&](double fraction) {
+        for (std::size_t n = std::max<std::size_t>(1, std::size_t(double(size) * fraction)); n > 0;
+             --n) {
+            bytes[qsizetype(random() % size)] ^= char(1 + random() % 255);
+        }
+    };
+    switch (damage) {
+        case Damage::None:
+            break;
+        case Damage::Truncate10:
+            bytes.truncate(qsizetype(size / 10));
+            break;
+        case Damage::Truncate50:
+            bytes.truncate(qsizetype(size / 2));
+            break;
+        case Damage::Truncate90:
+            bytes.truncate(qsizetype(size * 9 / 10));
+            break;
+        case Damage::Flip01:
+            flip(0.001);
+            break;
+        case Damage::Flip1:
+            flip(0.01);
+            break;
+        case Damage::Zero64K: {
+            const std::size_t from = size / 2 > 32768 ? size / 2 - 32768 : 0;
+            std::fill(bytes.begin() + qsizetype(from),
+                      bytes.begin() + qsizetype(std::min(size, from + 65536)), '\0');
+            break;
+        }
+        case Damage::Header:
+            for (std::size_t i = 0; i < std::min<std::size_t>(size, 4096); ++i) {
+                bytes[qsizetype(i)] = char(random());
+            }
+            break;
+    }
+    return bytes;
+}
+
+struct Outcome {
+    QString row;
+    QString openResult;
+    bool isEndReached = false;
+    double clockEndSec = 0.0;
+    double endSec = 0.0;
+    int picturesShown = 0;
+};
+
+// Plays `path` as a display would, until the output has stopped for good or
+// the time a healthy clip needs has long passed.
+Outcome play(const QString &path, QString row) {
+    Outcome outcome{std::move(row), {}, false, 0.0, 0.0, 0};
+    MyCAOpenGLLayer engine;
+    outcome.openResult = engine.openMovieFile(path);
+    if (outcome.openResult != QLatin1String(kOpenSucceeded)) {
+        return outcome;
+    }
+    // A damaged header may claim a longer file than there is: that claim, or
+    // the clip's true length, is the end the clock must keep to.
+    outcome.endSec = engine.startTimeSec() + std::max(kClipSec, engine.fileDurationSec());
+    if (!engine.setDefaultOutputAndTimersBeforeStartWithVolume(1.0f)) {
+        return outcome;
+    }
+    engine.setRate(1.0);
+    const auto giveUpAt = std::chrono::steady_clock::now() + kGiveUpAfter;
+    auto stoppedSince = std::chrono::steady_clock::time_point::max();
+    while (std::chrono::steady_clock::now() < giveUpAt) {
+        PictureDecision decision;
+        engine.canDrawInCGLContext(&decision);
+        outcome.picturesShown += decision.kind == PictureDecision::Kind::Shown ? 1 : 0;
+        outcome.clockEndSec = std::max(outcome.clockEndSec, engine.currentTimeSec());
+        const auto now = std::chrono::steady_clock::now();
+        if (engine.isRunningOutputUnit()) {
+            stoppedSince = std::chrono::steady_clock::time_point::max();
+        } else if (stoppedSince == std::chrono::steady_clock::time_point::max()) {
+            stoppedSince = now;
+        } else if (now - stoppedSince >= kLastingStop) {
+            outcome.isEndReached = true;
+            break;
+        }
+        std::this_thread::sleep_for(5ms);
+    }
+    return outcome;
+}
+
+TEST(DamagedMediaTest, EachVariantFailsWithACodeOrPlaysToItsEnd) {
+    setenv("SDL_AUDIODRIVER", "dummy", 1);
+    QTemporaryDir folder;
+    ASSERT_TRUE(folder.isValid());
+    std::vector<std::future<Outcome>> plays;
+    for (const char *clip : kClips) {
+        QFile source(test::mediaPath(clip));
+        ASSERT_TRUE(source.open(QIODevice::ReadOnly)) << clip;
+        const QByteArray bytes = source.readAll();
+        for (const DamageRow &row : kDamages) {
+            const QString name = QStringLiteral("%1, %2").arg(clip, row.name);
+            const QString path =
+                folder.filePath(QString::number(plays.size()) + QLatin1Char('-') + clip);
+            QFile variant(path);
+            ASSERT_TRUE(variant.open(QIODevice::WriteOnly));
+            variant.write(damaged(bytes, row.damage));
+            variant.close();
+            // Several at once: each plays in real time and mostly waits.
+            plays.push_back(std::async(std::launch::async, play, path, name));
+            if (plays.size() % 4 == 0) {
+                plays[plays.size() - 4].wait();
+            }
+        }
+    }
+    int failedWithCode = 0;
+    int playedToTheEnd = 0;
+    for (auto &future : plays) {
+        const Outcome outcome = future.get();
+        SCOPED_TRACE(outcome.row.toStdString());
+        if (outcome.openResult != QLatin1String(kOpenSucceeded)) {
+            EXPECT_TRUE(outcome.openResult.startsWith(QLatin1Char('-')))
+                << outcome.openResult.toStdString();
+            ++failedWithCode;
+            continue;
+        }
+        EXPECT_TRUE(outcome.isEndReached) << "froze at " << outcome.clockEndSec << " s";
+        EXPECT_LE(outcome.clockEndSec, outcome.endSec + kClockToleranceSec);
+        if (outcome.row.endsWith(QLatin1String("intact"))) {
+            EXPECT_GE(outcome.picturesShown, 20);
+        }
+        playedToTheEnd += outcome.isEndReached ? 1 : 0;
+    }
+    std::printf("damaged variants: %d failed with a code, %d played to the end, %d froze\n",
+                failedWithCode, playedToTheEnd,
+                int(plays.size()) - failedWithCode - playedToTheEnd);
+}
+
+}  // namespace
+}  // namespace tolvane
