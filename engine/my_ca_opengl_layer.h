@@ -230,7 +230,8 @@ public:
     // getBitmapData() lends the next unread picture (valid until removed);
     // removeBitmapData() hands the pictures read so far to the caller, or
     // every picture when none was read.
-    void addBitmapData(BitmapBytes bitmapData, double ptsSecData, int width, int height);
+    void addBitmapData(BitmapBytes bitmapData, double ptsSecData, int width, int height,
+                       BitmapLayout layout);
     const BitmapData *getBitmapData();
     std::vector<BitmapData> removeBitmapData();
     void removeAllBitmapDatas();
@@ -374,6 +375,7 @@ private:
     BitmapBytes bitmapDataForTemp;   // guarded by bitmapDataQueueMutex
     float frameWidth = 0.0f;         // guarded by bitmapDataQueueMutex
     float frameHeight = 0.0f;        // guarded by bitmapDataQueueMutex
+    BitmapLayout bitmapLayoutForTemp = BitmapLayout::Packed422From420p8;  // bitmapDataQueueMutex
 
     std::atomic<bool> isAsynchronousValue{false};
     std::atomic<bool> clearBeforeDrawing{true};

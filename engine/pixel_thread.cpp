@@ -242,13 +242,14 @@ void MyCAOpenGLLayer::addBitmapDataToQueueWithAVFrame(const AVFrame *frame, doub
     }
 
     if (!isSeekingVideo.load()) {
-        addBitmapData(std::move(bitmap), ptsSec, frame->width, frame->height);
+        addBitmapData(std::move(bitmap), ptsSec, frame->width, frame->height, layout);
         return;
     }
     NamedLockGuard lock(bitmapDataQueueMutex);
     bitmapDataForTemp = std::move(bitmap);
     frameWidth = float(frame->width);
     frameHeight = float(frame->height);
+    bitmapLayoutForTemp = layout;
 }
 
 bool MyCAOpenGLLayer::decodingJustOneVideoFrameForNormal(const AVPacket *packet, double fps) {

@@ -29,7 +29,9 @@ public:
             bitmap[i + 3] = 81;   // Y1: red
         }
         renderer.clear(viewport);
-        renderer.drawPicture({kPixelFormat420p8, true, bitmap.data(), width, height}, viewport);
+        renderer.drawPicture(
+            {BitmapLayout::Packed422From420p8, bitmap.data(), bitmap.size(), width, height},
+            viewport);
     }
     void viewDidResize() override { ++resizes; }
 
