@@ -71,7 +71,9 @@ TEST_F(VideoViewTest, AsksOncePerRefreshAndDrawsOnlyOnYes) {
     EXPECT_GT(view.decisionCount(), 5);
     EXPECT_EQ(view.decisionCount(), source.questions);
     // Each yes draws at most once; the resize on showing may add one draw.
+    // A no repaints nothing: the window is not composed again for it.
     EXPECT_LE(source.drawn, source.questions / source.drawEvery + 1);
+    EXPECT_LE(view.repaintCount(), source.questions / source.drawEvery + 2);
     EXPECT_GT(source.drawn, 0);
     const QImage shown = view.grabFramebuffer();
     const QRgb centre = shown.pixel(shown.width() / 2, shown.height() / 2);
