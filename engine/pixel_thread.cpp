@@ -103,7 +103,12 @@ PixelPassOutcome MyCAOpenGLLayer::addBitmapDataOnePass() {
     }
     const double fps = videoFrameRate();
     const double nowSec = currentTimeSec();
-    const int wanted = wantedBitmapQueueLength(fileDurationSecValue, startTimeSec(), nowSec, fps);
+    const std::size_t pictureBytes =
+        bitmapByteCountFor(bitmapLayoutFor(pixelFormatModeValue.load(), is10bitModeValue),
+                           vCodecCtx->width, vCodecCtx->height);
+    const int wanted =
+        std::min(wantedBitmapQueueLength(fileDurationSecValue, startTimeSec(), nowSec, fps),
+                 bitmapQueueLimitForPictureBytes(pictureBytes));
     const VideoDecoderDrainState drainState = videoDecoderDrainState.load();
     const bool decoderHoldsPictures = drainState == VideoDecoderDrainState::EndOfFileRead ||
                                       drainState == VideoDecoderDrainState::Draining;
