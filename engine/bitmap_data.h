@@ -5,6 +5,8 @@
 #include <memory>
 #include <vector>
 
+#include "engine/bitmap_conversion.h"
+
 namespace tolvane {
 
 // Storage for bitmaps. Every picture of a file has the same size, and a fresh
@@ -47,13 +49,15 @@ struct BitmapAllocator {
 // bitmap_conversion.h. Its storage is aligned for the 16-bit layouts.
 using BitmapBytes = std::vector<std::uint8_t, BitmapAllocator<std::uint8_t>>;
 
-// A timed picture in the bitmap list. `width` and `height` are the decoded
-// frame's, also for the first-field layout whose bitmap has half the rows.
+// A timed picture in the bitmap list, with the layout it was converted into.
+// `width` and `height` are the decoded frame's, also for the first-field
+// layout whose bitmap has half the rows.
 struct BitmapData {
     BitmapBytes data;
     double ptsSec = 0.0;
     int width = 0;
     int height = 0;
+    BitmapLayout layout = BitmapLayout::Packed422From420p8;
 };
 
 // An entry of the holding bitmap list, kept in time order by its insert.

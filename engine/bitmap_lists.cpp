@@ -5,8 +5,8 @@
 namespace tolvane {
 
 void MyCAOpenGLLayer::addBitmapData(BitmapBytes bitmapData, double ptsSecData, int width,
-                                    int height) {
-    bitmapDatas.add(BitmapData{std::move(bitmapData), ptsSecData, width, height});
+                                    int height, BitmapLayout layout) {
+    bitmapDatas.add(BitmapData{std::move(bitmapData), ptsSecData, width, height, layout});
 }
 
 const BitmapData *MyCAOpenGLLayer::getBitmapData() { return bitmapDatas.read(); }

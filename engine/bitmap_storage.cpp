@@ -12,8 +12,11 @@ namespace {
 constexpr std::size_t kSmallestPooledBlockBytes = 64 * 1024;
 // Enough for the pictures in flight between the pixel thread and the drawing
 // at full HD; more sizes than one only while a file changes its picture size.
+// The bytes stay within what the bitmap list may hold, so that a seek or a
+// run of late pictures, which free many at once, does not double the memory
+// of 16-bit or 4K pictures.
 constexpr std::size_t kMaxPooledBlocks = 8;
-constexpr std::size_t kMaxPooledBytes = std::size_t(256) << 20;
+constexpr std::size_t kMaxPooledBytes = std::size_t(32) << 20;
 
 struct PooledBlock {
     void *block;

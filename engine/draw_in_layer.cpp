@@ -69,6 +69,7 @@ bool MyCAOpenGLLayer::canDrawInCGLContext(PictureDecision *outcome) {
             bitmapDataForTemp = std::move(due.data);
             frameWidth = float(due.width);
             frameHeight = float(due.height);
+            bitmapLayoutForTemp = due.layout;
             hasPictureOnScreen = true;
             done.kind = PictureDecision::Kind::Shown;
             break;
@@ -90,7 +91,7 @@ void MyCAOpenGLLayer::drawInCGLContext(
     if (bitmapDataForTemp.empty()) {
         return;
     }
-    draw(PictureView{pixelFormatModeValue.load(), is10bitModeValue.load(), bitmapDataForTemp.data(),
+    draw(PictureView{bitmapLayoutForTemp, bitmapDataForTemp.data(), bitmapDataForTemp.size(),
                      int(frameWidth), int(frameHeight)});
 }
 

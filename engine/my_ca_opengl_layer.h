@@ -238,7 +238,8 @@ public:
     // getBitmapData() lends the next unread picture (valid until removed);
     // removeBitmapData() hands the pictures read so far to the caller, or
     // every picture when none was read.
-    void addBitmapData(BitmapBytes bitmapData, double ptsSecData, int width, int height);
+    void addBitmapData(BitmapBytes bitmapData, double ptsSecData, int width, int height,
+                       BitmapLayout layout);
     const BitmapData *getBitmapData();
     std::vector<BitmapData> removeBitmapData();
     void removeAllBitmapDatas();
@@ -407,6 +408,7 @@ private:
     float frameHeight = 0.0f;        // guarded by bitmapDataQueueMutex
     // The seek under way has its preview; later pictures go to the list.
     bool hasSeekPreview = false;  // guarded by bitmapDataQueueMutex
+    BitmapLayout bitmapLayoutForTemp = BitmapLayout::Packed422From420p8;  // bitmapDataQueueMutex
 
     std::atomic<bool> isAsynchronousValue{false};
     std::atomic<bool> clearBeforeDrawing{true};

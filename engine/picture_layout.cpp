@@ -1,21 +1,24 @@
 #include "engine/picture_layout.h"
 
-#include "engine/bitmap_conversion.h"
-
 namespace tolvane {
 
-PictureLayout pictureLayoutFor(int pixelFormatMode, bool is10bitMode) {
-    if (pixelFormatMode == kPixelFormat444p10) {
-        return is10bitMode ? PictureLayout::Rgba16 : PictureLayout::Argb8;
-    }
-    if (pixelFormatMode == kPixelFormat420p10 && is10bitMode) {
-        return PictureLayout::Rgba16;
+PictureLayout pictureLayoutFor(BitmapLayout layout) {
+    switch (layout) {
+        case BitmapLayout::Packed422From420p8:
+        case BitmapLayout::Packed422FirstFieldFrom420p8:
+        case BitmapLayout::Packed422From420p10:
+            return PictureLayout::Packed422;
+        case BitmapLayout::Rgba16From420p10:
+        case BitmapLayout::Rgba16From444p10:
+            return PictureLayout::Rgba16;
+        case BitmapLayout::Argb8From444p10:
+            return PictureLayout::Argb8;
     }
     return PictureLayout::Packed422;
 }
 
-int bitmapRowsFor(int pixelFormatMode, int frameHeight) {
-    return pixelFormatMode == kPixelFormat420p8Interlaced ? frameHeight / 2 : frameHeight;
+int bitmapRowsFor(BitmapLayout layout, int frameHeight) {
+    return layout == BitmapLayout::Packed422FirstFieldFrom420p8 ? frameHeight / 2 : frameHeight;
 }
 
 int bitmapBytesPerRowFor(PictureLayout layout, int width) {
@@ -28,6 +31,14 @@ int bitmapBytesPerRowFor(PictureLayout layout, int width) {
             return width * 4;
     }
     return 0;
+}
+
+std::size_t bitmapBytesToDraw(const PictureView &picture) {
+    if (picture.width <= 0 || picture.height <= 0) {
+        return 0;
+    }
+    return std::size_t(bitmapBytesPerRowFor(pictureLayoutFor(picture.layout), picture.width)) *
+           std::size_t(bitmapRowsFor(picture.layout, picture.height));
 }
 
 double exposureEVFor(PictureLayout layout) {

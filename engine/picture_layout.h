@@ -1,5 +1,9 @@
 #pragma once
 
+#include <cstddef>
+
+#include "engine/bitmap_conversion.h"
+
 namespace tolvane {
 
 // How a converted bitmap is laid out in memory, which decides how it is
@@ -13,20 +17,24 @@ enum class PictureLayout {
 // Y'CbCr matrices, chosen by picture height as broadcast practice does.
 enum class ColourMatrix { Bt601, Bt709 };
 
-// A converted picture as the presentation sees it. `data` is borrowed for the
-// duration of the draw call.
+// A converted picture as the presentation sees it, described by the layout
+// it was converted with (the setting that chose it may have changed since).
+// `data` holds `byteCount` bytes, borrowed for the duration of the draw call.
 struct PictureView {
-    int pixelFormatMode = 0;
-    bool is10bitMode = true;
+    BitmapLayout layout = BitmapLayout::Packed422From420p8;
     const unsigned char *data = nullptr;
+    std::size_t byteCount = 0;
     int width = 0;
     int height = 0;  // the decoded frame's full height, also for the one-field layout
 };
 
-PictureLayout pictureLayoutFor(int pixelFormatMode, bool is10bitMode);
+PictureLayout pictureLayoutFor(BitmapLayout layout);
 // Rows held by the bitmap: half the frame height for the one-field layout.
-int bitmapRowsFor(int pixelFormatMode, int frameHeight);
+int bitmapRowsFor(BitmapLayout layout, int frameHeight);
 int bitmapBytesPerRowFor(PictureLayout layout, int width);
+// The bytes the drawing reads from `picture.data`; it draws nothing when
+// they are more than `picture.byteCount`.
+std::size_t bitmapBytesToDraw(const PictureView &picture);
 // Exposure in stops applied when drawing: RGB pictures computed without range
 // expansion get half a stop, 4:2:2 pictures a tenth.
 double exposureEVFor(PictureLayout layout);

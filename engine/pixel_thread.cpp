@@ -105,7 +105,12 @@ PixelPassOutcome MyCAOpenGLLayer::addBitmapDataOnePass() {
     }
     const double fps = videoFrameRate();
     const double nowSec = currentTimeSec();
-    const int wanted = wantedBitmapQueueLength(fileDurationSecValue, startTimeSec(), nowSec, fps);
+    const std::size_t pictureBytes =
+        bitmapByteCountFor(bitmapLayoutFor(pixelFormatModeValue.load(), is10bitModeValue),
+                           vCodecCtx->width, vCodecCtx->height);
+    const int wanted =
+        std::min(wantedBitmapQueueLength(fileDurationSecValue, startTimeSec(), nowSec, fps),
+                 bitmapQueueLimitForPictureBytes(pictureBytes));
     const VideoDecoderDrainState drainState = videoDecoderDrainState.load();
     const bool decoderHoldsPictures = drainState == VideoDecoderDrainState::EndOfFileRead ||
                                       drainState == VideoDecoderDrainState::Draining;
@@ -248,12 +253,13 @@ void MyCAOpenGLLayer::addBitmapDataToQueueWithAVFrame(const AVFrame *frame, doub
     // on decoding until the draw decision takes it, and what it decodes meanwhile
     // is the continuation.
     if (!isSeekingVideo.load() || hasSeekPreview) {
-        addBitmapData(std::move(bitmap), ptsSec, frame->width, frame->height);
+        addBitmapData(std::move(bitmap), ptsSec, frame->width, frame->height, layout);
         return;
     }
     bitmapDataForTemp = std::move(bitmap);
     frameWidth = float(frame->width);
     frameHeight = float(frame->height);
+    bitmapLayoutForTemp = layout;
     hasSeekPreview = true;
 }
 

@@ -47,6 +47,14 @@ int wantedBitmapQueueLength(double fileDurationSec, double startTimeSec, double 
     return int(std::clamp(wanted, 0.0, double(kMaxQueuedBitmaps)));
 }
 
+int bitmapQueueLimitForPictureBytes(std::size_t bytesPerPicture) {
+    if (bytesPerPicture == 0) {
+        return kMaxQueuedBitmaps;
+    }
+    const std::size_t fitting = kMaxQueuedBitmapBytes / bytesPerPicture;
+    return int(std::clamp(fitting, std::size_t(kMinQueuedBitmaps), std::size_t(kMaxQueuedBitmaps)));
+}
+
 PixelPassAction pixelPassActionFor(double rate, int wantedQueueLength, int bitmapCount,
                                    int videoPacketCount, int audioPacketCount,
                                    bool decoderHoldsPictures) {

@@ -5,6 +5,7 @@ extern "C" {
 #include <libavutil/rational.h>
 }
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 
@@ -15,6 +16,15 @@ namespace tolvane {
 
 // At most this many decoded pictures are queued ahead of the clock.
 inline constexpr int kMaxQueuedBitmaps = 15;
+// The queued pictures together stay within this many bytes, but at least
+// kMinQueuedBitmaps are queued whatever their size: fourteen full-HD 4:2:2
+// pictures fit, three 16-bit RGB full-HD or 4:2:2 4K ones (the decoder's own
+// frame threads hold more pictures ahead of these).
+inline constexpr std::size_t kMaxQueuedBitmapBytes = std::size_t(56) << 20;
+inline constexpr int kMinQueuedBitmaps = 3;
+// How many pictures of `bytesPerPicture` bytes the bitmap list may hold.
+int bitmapQueueLimitForPictureBytes(std::size_t bytesPerPicture);
+
 // A packet this late, with at least this many video packets queued, is
 // skipped without decoding unless it is a key frame.
 inline constexpr double kLateVideoPacketSec = 2.5;

@@ -8,6 +8,7 @@ namespace tolvane {
 MyVideoView::MyVideoView(QWidget *parent) : QOpenGLWidget(parent) {
     setUpdateBehavior(QOpenGLWidget::PartialUpdate);  // an unanswered refresh keeps the picture
     refreshTimer.setTimerType(Qt::PreciseTimer);
+    refreshTimer.setSingleShot(true);
     connect(&refreshTimer, &QTimer::timeout, this, &MyVideoView::onRefresh);
     connect(this, &QOpenGLWidget::frameSwapped, this, &MyVideoView::onFrameSwapped);
 }
@@ -38,15 +39,9 @@ void MyVideoView::setPictureSource(VideoPictureSource *newSource) {
 
 void MyVideoView::wakeRefresh() {
     updateRefreshRate();
-    if (source != nullptr && source->isAsynchronous()) {
-        if (!pacing.hasJudged()) {
-            update();  // the swaps of the judging phase
-        }
-        if (pacing.isSwapPaced()) {
-            update();
-        } else if (!refreshTimer.isActive()) {
-            refreshTimer.start(pacing.timerIntervalMs());
-        }
+    if (source != nullptr && source->isAsynchronous() && !refreshTimer.isActive()) {
+        pacing.restart(RefreshPacing::Clock::now());
+        scheduleNextRefresh(0);
     }
 }
 
@@ -57,44 +52,29 @@ void MyVideoView::updateRefreshRate() {
     }
 }
 
+void MyVideoView::scheduleNextRefresh(int milliseconds) { refreshTimer.start(milliseconds); }
+
 void MyVideoView::onRefresh() {
     if (source == nullptr || !source->isAsynchronous()) {
-        refreshTimer.stop();  // woken again by wakeRefresh()
-        return;
+        return;  // woken again by wakeRefresh()
     }
     ++decisions;
     if (source->canDrawPicture()) {
         drawPending = true;
         update();
     }
+    scheduleNextRefresh(pacing.millisecondsToNextDecision(RefreshPacing::Clock::now()));
 }
 
 void MyVideoView::onFrameSwapped() {
-    if (!pacing.hasJudged()) {
-        // Judging: swaps requested back to back show whether each one waits
-        // for the vertical blank.
-        pacing.noteSwap(RefreshPacing::Clock::now());
-        if (!pacing.hasJudged()) {
-            update();
-            return;
-        }
-        if (pacing.isSwapPaced()) {
-            refreshTimer.stop();
-        }
+    const int milliseconds = pacing.noteSwap(RefreshPacing::Clock::now());
+    if (refreshTimer.isActive()) {
+        scheduleNextRefresh(milliseconds);
     }
-    if (!pacing.isSwapPaced() || source == nullptr || !source->isAsynchronous()) {
-        return;
-    }
-    // Swap-paced: each presented frame asks for the next refresh, and the
-    // decision for it is taken now.
-    ++decisions;
-    drawPending = source->canDrawPicture() || drawPending;
-    update();
 }
 
 void MyVideoView::initializeGL() {
     rendererReady = renderer.initialize();
-    update();  // starts judging how swaps are paced
     disconnect(contextDestructionConnection);
     contextDestructionConnection =
         connect(context(), &QOpenGLContext::aboutToBeDestroyed, this, [this] {
@@ -113,6 +93,7 @@ void MyVideoView::resizeGL(int, int) {
 }
 
 void MyVideoView::paintGL() {
+    ++repaints;
     const QSize viewport = size() * devicePixelRatio();
     if (!rendererReady) {
         return;

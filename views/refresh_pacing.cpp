@@ -15,27 +15,30 @@ void RefreshPacing::setRefreshRate(double refreshRateHz) {
     rateHz = refreshRateHz >= 1.0 ? refreshRateHz : kFallbackRefreshRateHz;
 }
 
-int RefreshPacing::timerIntervalMs() const {
-    return std::max(1, int(std::lround(1000.0 / rateHz)));
+RefreshPacing::Clock::duration RefreshPacing::period() const {
+    return std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(1.0 / rateHz));
 }
 
-void RefreshPacing::noteSwap(Clock::time_point at) {
-    if (judged) {
-        return;
+void RefreshPacing::restart(Clock::time_point now) { deadline = now; }
+
+int RefreshPacing::millisecondsToNextDecision(Clock::time_point now) {
+    deadline += period();
+    if (deadline <= now) {
+        deadline = now + period();
     }
-    if (hasLastSwap) {
-        intervalsSec.push_back(std::chrono::duration<double>(at - lastSwap).count());
-    }
-    lastSwap = at;
-    hasLastSwap = true;
-    if (int(intervalsSec.size()) < kSwapsToJudge) {
-        return;
-    }
-    std::vector<double> sorted = intervalsSec;
-    std::nth_element(sorted.begin(), sorted.begin() + sorted.size() / 2, sorted.end());
-    const double median = sorted[sorted.size() / 2];
-    swapPaced = median >= (2.0 / 3.0) / rateHz;
-    judged = true;
+    return millisecondsUntilDeadline(now);
+}
+
+int RefreshPacing::noteSwap(Clock::time_point at) {
+    deadline = at + period();
+    return millisecondsUntilDeadline(at);
+}
+
+int RefreshPacing::millisecondsUntilDeadline(Clock::time_point now) const {
+    // Rounded up: a timer never fires early, so a decision is never taken
+    // before its refresh.
+    const double milliseconds = std::chrono::duration<double, std::milli>(deadline - now).count();
+    return std::max(0, int(std::ceil(milliseconds)));
 }
 
 }  // namespace tolvane

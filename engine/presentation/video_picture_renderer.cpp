@@ -205,9 +205,9 @@ void VideoPictureRenderer::drawPicture(const PictureView &picture, QSize viewpor
     if (!initialized || picture.data == nullptr || picture.width < 2) {
         return;
     }
-    const PictureLayout layout = pictureLayoutFor(picture.pixelFormatMode, picture.is10bitMode);
-    const int rows = bitmapRowsFor(picture.pixelFormatMode, picture.height);
-    if (rows < 1) {
+    const PictureLayout layout = pictureLayoutFor(picture.layout);
+    const int rows = bitmapRowsFor(picture.layout, picture.height);
+    if (rows < 1 || bitmapBytesToDraw(picture) > picture.byteCount) {
         return;
     }
     GLint targetFramebuffer = 0;

@@ -29,7 +29,9 @@ public:
             bitmap[i + 3] = 81;   // Y1: red
         }
         renderer.clear(viewport);
-        renderer.drawPicture({kPixelFormat420p8, true, bitmap.data(), width, height}, viewport);
+        renderer.drawPicture(
+            {BitmapLayout::Packed422From420p8, bitmap.data(), bitmap.size(), width, height},
+            viewport);
     }
     void viewDidResize() override { ++resizes; }
 
@@ -69,7 +71,9 @@ TEST_F(VideoViewTest, AsksOncePerRefreshAndDrawsOnlyOnYes) {
     EXPECT_GT(view.decisionCount(), 5);
     EXPECT_EQ(view.decisionCount(), source.questions);
     // Each yes draws at most once; the resize on showing may add one draw.
+    // A no repaints nothing: the window is not composed again for it.
     EXPECT_LE(source.drawn, source.questions / source.drawEvery + 1);
+    EXPECT_LE(view.repaintCount(), source.questions / source.drawEvery + 2);
     EXPECT_GT(source.drawn, 0);
     const QImage shown = view.grabFramebuffer();
     const QRgb centre = shown.pixel(shown.width() / 2, shown.height() / 2);

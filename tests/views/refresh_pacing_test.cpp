@@ -7,49 +7,49 @@ namespace {
 
 using namespace std::chrono_literals;
 
-RefreshPacing judgedWithIntervals(double refreshRateHz, std::chrono::microseconds interval) {
-    RefreshPacing pacing(refreshRateHz);
-    auto at = RefreshPacing::Clock::time_point{};
-    for (int i = 0; i <= RefreshPacing::kSwapsToJudge; ++i) {
-        pacing.noteSwap(at);
-        at += interval;
+// Runs the timer as the view does for `span`: each decision waits the
+// milliseconds the pacing asked for, plus `lateness` of a busy main thread.
+int decisionsDuring(RefreshPacing &pacing, std::chrono::milliseconds span,
+                    std::chrono::microseconds lateness = 0us) {
+    auto now = RefreshPacing::Clock::time_point{} + 1s;
+    const auto end = now + span;
+    pacing.restart(now);
+    int decisions = 0;
+    while (now < end) {
+        ++decisions;
+        now += std::chrono::milliseconds(pacing.millisecondsToNextDecision(now)) + lateness;
     }
-    return pacing;
+    return decisions;
 }
 
-TEST(RefreshPacing, JudgesSwapsAgainstTheRefreshPeriod) {
+TEST(RefreshPacing, OneDecisionPerRefreshWithoutDrift) {
     struct Case {
         double rateHz;
-        std::chrono::microseconds interval;
-        bool swapPaced;
+        std::chrono::microseconds lateness;
+        int expected;  // over ten seconds
     };
     const Case cases[] = {
-        {60.0, 16667us, true},  // vsync-blocked swaps
-        {60.0, 33333us, true},  // every other vblank still waits
-        {60.0, 1500us, false},  // Xvfb and software GL return at once
-        {144.0, 6944us, true}, {144.0, 2000us, false},
-        {0.0, 16667us, true},  // unknown rate falls back to 60 Hz
+        {60.0, 0us, 600},  // whole-millisecond timers must not drift to 17 ms (588)
+        {59.94, 0us, 600},    {144.0, 0us, 1440}, {0.0, 0us, 600},  // unknown rate: 60 Hz
+        {60.0, 400us, 600},    // small lateness is absorbed by the next wait
+        {60.0, 20000us, 271},  // late by more than a period: one every 37 ms, no bursts
     };
     for (const Case &c : cases) {
-        const RefreshPacing pacing = judgedWithIntervals(c.rateHz, c.interval);
-        EXPECT_TRUE(pacing.hasJudged());
-        EXPECT_EQ(pacing.isSwapPaced(), c.swapPaced)
-            << c.rateHz << " Hz, interval " << c.interval.count() << " us";
+        RefreshPacing pacing(c.rateHz);
+        EXPECT_NEAR(decisionsDuring(pacing, 10s, c.lateness), c.expected, 1)
+            << c.rateHz << " Hz, late " << c.lateness.count() << " us";
     }
 }
 
-TEST(RefreshPacing, NoJudgementBeforeEnoughSwapsAndOutliersDoNotDecide) {
+TEST(RefreshPacing, SwapSetsThePhaseOfTheNextDecision) {
     RefreshPacing pacing(60.0);
-    auto at = RefreshPacing::Clock::time_point{};
-    for (int i = 0; i < RefreshPacing::kSwapsToJudge; ++i) {
-        pacing.noteSwap(at);
-        // Fast swaps with a few long stalls: still not paced by the display.
-        at += (i % 5 == 0) ? 40ms : 1ms;
-    }
-    EXPECT_FALSE(pacing.hasJudged());
-    pacing.noteSwap(at);
-    EXPECT_TRUE(pacing.hasJudged());
-    EXPECT_FALSE(pacing.isSwapPaced());
+    const auto start = RefreshPacing::Clock::time_point{} + 1s;
+    pacing.restart(start);
+    EXPECT_EQ(pacing.millisecondsToNextDecision(start), 17);
+    // The picture reached the screen 5 ms later: the next decision is a
+    // period after that, not after the decision.
+    EXPECT_EQ(pacing.noteSwap(start + 5ms), 17);
+    EXPECT_EQ(pacing.millisecondsToNextDecision(start + 5ms + 17ms), 17);
 }
 
 }  // namespace

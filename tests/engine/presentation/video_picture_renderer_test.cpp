@@ -110,7 +110,8 @@ TEST_F(RendererTest, PackedPicturesUseTheMatrixOfTheirHeight) {
     for (const Case &c : cases) {
         const int width = 64;
         const auto bytes = packedQuadrants(width, c.height, c.quadrant);
-        const QImage image = draw({kPixelFormat420p8, true, bytes.data(), width, c.height});
+        const QImage image =
+            draw({BitmapLayout::Packed422From420p8, bytes.data(), bytes.size(), width, c.height});
         for (int quadrant = 0; quadrant < 4; ++quadrant) {
             expectColourAt(image, quadrant % 2 ? 0.75 : 0.25, quadrant < 2 ? 0.25 : 0.75,
                            c.expected[quadrant]);
@@ -124,8 +125,8 @@ TEST_F(RendererTest, OneFieldPictureIsStretchedToTheWholeView) {
     const int width = 32;
     const int frameHeight = 48;
     const auto bytes = packedQuadrants(width, frameHeight / 2, quadrant);
-    const QImage image =
-        draw({kPixelFormat420p8Interlaced, true, bytes.data(), width, frameHeight});
+    const QImage image = draw({BitmapLayout::Packed422FirstFieldFrom420p8, bytes.data(),
+                               bytes.size(), width, frameHeight});
     for (const double fy : {0.05, 0.45}) {
         expectColourAt(image, 0.5, fy, qRgb(255, 0, 0));
     }
@@ -144,28 +145,39 @@ TEST_F(RendererTest, RgbLayoutsGetHalfAStop) {
         argb8[i] = argbPixel[i % 4];
     }
     const auto *rgbaBytes = reinterpret_cast<const std::uint8_t *>(rgba16.data());
-    expectColourAt(draw({kPixelFormat444p10, true, rgbaBytes, 8, 6}), 0.5, 0.5, qRgb(255, 0, 149));
-    expectColourAt(draw({kPixelFormat444p10, false, argb8.data(), 8, 6}), 0.5, 0.5,
-                   qRgb(76, 150, 0));
+    expectColourAt(draw({BitmapLayout::Rgba16From444p10, rgbaBytes, rgba16.size() * 2, 8, 6}), 0.5,
+                   0.5, qRgb(255, 0, 149));
+    expectColourAt(draw({BitmapLayout::Argb8From444p10, argb8.data(), argb8.size(), 8, 6}), 0.5,
+                   0.5, qRgb(76, 150, 0));
 }
 
 TEST_F(RendererTest, TextureIsReusedWhileTheSizeStays) {
     const Yuv grey[4] = {{126, 128, 128}, {126, 128, 128}, {126, 128, 128}, {126, 128, 128}};
     const auto small = packedQuadrants(16, 8, grey);
     const auto large = packedQuadrants(32, 8, grey);
-    draw({kPixelFormat420p8, true, small.data(), 16, 8});
-    draw({kPixelFormat420p8, true, small.data(), 16, 8});
+    draw({BitmapLayout::Packed422From420p8, small.data(), small.size(), 16, 8});
+    draw({BitmapLayout::Packed422From420p8, small.data(), small.size(), 16, 8});
     EXPECT_EQ(renderer.textureAllocationCount(), 1);
-    draw({kPixelFormat420p8, true, large.data(), 32, 8});
+    draw({BitmapLayout::Packed422From420p8, large.data(), large.size(), 32, 8});
     EXPECT_EQ(renderer.textureAllocationCount(), 2);
 }
 
 TEST_F(RendererTest, OddWidthsAndEmptyPicturesAreSafe) {
     const Yuv red[4] = {{81, 90, 240}, {81, 90, 240}, {81, 90, 240}, {81, 90, 240}};
     const auto odd = packedQuadrants(33, 9, red);
-    const QImage image = draw({kPixelFormat420p8, true, odd.data(), 33, 9});
+    const QImage image = draw({BitmapLayout::Packed422From420p8, odd.data(), odd.size(), 33, 9});
     expectColourAt(image, 0.5, 0.5, qRgb(255, 0, 0));
-    expectColourAt(draw({kPixelFormat420p8, true, nullptr, 0, 0}), 0.5, 0.5, qRgb(0, 0, 0));
+    expectColourAt(draw({BitmapLayout::Packed422From420p8, nullptr, 0, 0, 0}), 0.5, 0.5,
+                   qRgb(0, 0, 0));
+}
+
+TEST_F(RendererTest, PictureShorterThanItsLayoutIsNotRead) {
+    // A 4:2:2 bitmap described as 16-bit RGB would be read four times over.
+    const Yuv red[4] = {{81, 90, 240}, {81, 90, 240}, {81, 90, 240}, {81, 90, 240}};
+    const auto packed = packedQuadrants(16, 8, red);
+    const QImage image =
+        draw({BitmapLayout::Rgba16From420p10, packed.data(), packed.size(), 16, 8});
+    expectColourAt(image, 0.5, 0.5, qRgb(0, 0, 0));
 }
 
 // Frames handed over as planes, each with padded rows and a top half that
