@@ -308,7 +308,7 @@ private:
     void finishOpeningWithEmptyPlaylist(bool wasFilePlaying);
     std::optional<double> playingPositionSec();
     void refreshMoveToTrashEnabled();
-    void alertWhenRecentOpenFileFromNotWritableDisk(const QUrl &url);
+    void alertWhenRecentOpenFileFromNotWritableDisk(const QList<QUrl> &urls);
 
     // --- Native mode (app_controller_native.cpp)
     void loadMovieFileForNT(const QUrl &url);

@@ -1,6 +1,7 @@
 #include "app/app_controller.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <QCoreApplication>
 #include <QDir>
@@ -246,6 +247,55 @@ TEST_F(ControllerTest, AFileThatCannotBeOpenedLeavesTheRestOfThePlaylistPlayable
     EXPECT_EQ(c.pictureMode(), PictureMode::ffmpeg);
     EXPECT_TRUE(c.engine().isAlsoHaveMovie());
     EXPECT_EQ(ui.shown.size(), 1);
+}
+
+// A folder that refuses writing stands for a read-only disk; removing the
+// file afterwards stands for taking the disk out.
+TEST_F(ControllerTest, ARecentVideoOnAReadOnlyDiskIsNamedWhenItIsGoneAtReopen) {
+    const struct {
+        bool isReadOnly;
+        bool isGoneAtReopen;
+        bool isAlerted;
+    } cases[] = {{true, false, false}, {true, true, true}, {false, true, false}};
+    for (const auto &c : cases) {
+        const QString folder =
+            tree.path(QStringLiteral("disc%1%2").arg(c.isReadOnly).arg(c.isGoneAtReopen));
+        const QString film =
+            copyMedia("h264_aac.mkv", QFileInfo(folder).fileName() + "/film.mkv").toLocalFile();
+        const auto setFolderWritable = [&](bool isWritable) {
+            QFile::setPermissions(folder,
+                                  QFile::ReadOwner | QFile::ExeOwner |
+                                      (isWritable ? QFile::WriteOwner : QFile::Permissions()));
+        };
+        setFolderWritable(!c.isReadOnly);
+        if (c.isReadOnly && access(QFile::encodeName(folder).constData(), W_OK) == 0) {
+            GTEST_SKIP() << "a folder without write permission stays writable for this user";
+        }
+        setSetting("AutoPlay", 0);
+        launch().openFile(film);
+        controller->applicationWillTerminate();
+        controller.reset();
+        if (c.isGoneAtReopen) {
+            setFolderWritable(true);
+            ASSERT_TRUE(QFile::remove(film));
+            setFolderWritable(!c.isReadOnly);
+        }
+
+        ui.shown.clear();
+        launch().reOpenFile();
+        const std::string what = (c.isReadOnly ? "read-only, " : "writable, ") +
+                                 std::string(c.isGoneAtReopen ? "gone" : "present");
+        if (c.isAlerted) {
+            ASSERT_EQ(ui.titles(), QStringList({"The recent file cannot be found."})) << what;
+            EXPECT_TRUE(ui.shown.first().informativeText.startsWith(film + "\n")) << what;
+        } else {
+            EXPECT_TRUE(ui.shown.isEmpty()) << what;
+        }
+        EXPECT_EQ(controller->playlist().playList.size(), c.isGoneAtReopen ? 0 : 1) << what;
+        controller->applicationWillTerminate();
+        controller.reset();
+        setFolderWritable(true);
+    }
 }
 
 TEST_F(ControllerTest, StoredPositionsResumeThreeSecondsEarlierBeyondThreeSeconds) {
