@@ -26,6 +26,9 @@ namespace tolvane {
 namespace {
 
 constexpr QRect kScreen{0, 0, 1920, 1080};
+// What a wait for an event of the event loop allows: a bound against hangs,
+// never a measure of speed.
+constexpr int kEventBoundMs = 60000;
 
 // One controller as the application runs it, with scripted alerts, a scripted
 // Native-mode player and a counting display-sleep assertion.
@@ -417,10 +420,12 @@ TEST_F(ControllerTest, AWatchedEpisodeMovesOnCanBeResetAndGoesToTheTrash) {
     EXPECT_FALSE(c.menuState().isMoveToTrashEnabled);
 
     // The movie timer runs with the event loop: the end of episode 1 starts episode 2.
-    ASSERT_TRUE(test::waitUntil([&] {
-        QCoreApplication::processEvents();
-        return c.playlist().indexPlay == 1;
-    }));
+    ASSERT_TRUE(test::waitUntil(
+        [&] {
+            QCoreApplication::processEvents();
+            return c.playlist().indexPlay == 1;
+        },
+        kEventBoundMs));
     EXPECT_EQ(c.playlistRows()[0].isDone, true);
     EXPECT_TRUE(c.menuState().isMoveToTrashEnabled);
     EXPECT_TRUE(
@@ -437,10 +442,12 @@ TEST_F(ControllerTest, AWatchedEpisodeMovesOnCanBeResetAndGoesToTheTrash) {
         PlayedStateRecords::readTotalFdFlsData().ttfile.contains(tree.path("show/Show 01.mkv")));
 
     c.doubleClickedAtTableView(0);
-    ASSERT_TRUE(test::waitUntil([&] {
-        QCoreApplication::processEvents();
-        return c.playlist().indexPlay == 1;
-    }));
+    ASSERT_TRUE(test::waitUntil(
+        [&] {
+            QCoreApplication::processEvents();
+            return c.playlist().indexPlay == 1;
+        },
+        kEventBoundMs));
     c.moveToTrash();
     EXPECT_FALSE(QFile::exists(tree.path("show/Show 01.mkv")));
     EXPECT_EQ(c.playlist().playList.size(), 1);

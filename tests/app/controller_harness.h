@@ -16,7 +16,7 @@ namespace tolvane::test {
 
 // Runs the event loop until `condition` holds; false when it did not within
 // `timeoutMs` (a bound against hanging, never a measure of speed).
-bool processEventsUntil(const std::function<bool()> &condition, int timeoutMs = 20000);
+bool processEventsUntil(const std::function<bool()> &condition, int timeoutMs = 60000);
 
 // Answers every alert and question as a user pressing the default button,
 // and keeps their titles.
