@@ -47,14 +47,17 @@ public:
     void unload() override { isLoaded = false; }
     bool hasMedia() const override { return isLoaded; }
     double rate() const override { return rateValue; }
-    void setRate(double rate) override { rateValue = rate; }
+    void setRate(double rate) override {
+        rateValue = rate;
+        rates.append(rate);
+    }
     double currentTimeSec() const override { return timeSec; }
-    double durationSec() const override { return 2.0; }
+    double durationSec() const override { return duration; }
     void seekToTime(double targetSec) override {
         seeks.append(targetSec);
         timeSec = targetSec;
     }
-    void setVolume(float) override {}
+    void setVolume(float volume) override { volumes.append(volume); }
     QSize naturalSize() const override { return {320, 240}; }
 
     void finishLoading(LoadOutcome outcome, QStringList unsupportedAudioCodecs = {}) {
@@ -65,10 +68,13 @@ public:
 
     QStringList loadedPaths;
     QList<double> seeks;
+    QList<double> rates;  // every setRate, in order
+    QList<float> volumes;
     int cancelCount = 0;
     bool isLoaded = false;
     double rateValue = 0.0;
     double timeSec = 0.0;
+    double duration = 2.0;
 };
 
 class CountingDisplaySleepAssertion final : public DisplaySleepAssertion {
