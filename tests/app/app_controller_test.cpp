@@ -301,6 +301,30 @@ TEST_F(ControllerTest, ARecentVideoOnAReadOnlyDiskIsNamedWhenItIsGoneAtReopen) {
     }
 }
 
+// The rows come at once; a file's duration, read on a worker, follows.
+TEST_F(ControllerTest, PlaylistRowsNeverWaitForTheDurationsOfTheirFiles) {
+    setSetting("AutoPlay", 0);
+    copyMedia("h264_aac_8s.mkv", "show/Show 01.mkv");
+    copyMedia("h264_aac_8s.mkv", "show/Show 02.mkv");
+    AppController &c = launch();
+    int rowChanges = 0;
+    QObject::connect(&c, &AppController::playlistRowsChanged, [&] { ++rowChanges; });
+    c.openFile(tree.path("show/Show 01.mkv"));
+    c.engine().setCurrentTimeSec(4.0, true);
+    c.clickNextFileButton();
+    ASSERT_EQ(c.playlist().indexPlay, 1);
+
+    EXPECT_EQ(c.playlistRows()[0].playedFraction, 0.0) << "not known yet";
+    ASSERT_TRUE(test::waitUntil(
+        [&] {
+            QCoreApplication::processEvents();
+            return rowChanges > 0;
+        },
+        kEventBoundMs));
+    EXPECT_NEAR(c.playlistRows()[0].playedFraction, 0.5, 0.02);
+    EXPECT_EQ(c.playlistRows()[1].playedFraction, 0.0);
+}
+
 TEST_F(ControllerTest, StoredPositionsResumeThreeSecondsEarlierBeyondThreeSeconds) {
     setSetting("AutoPlay", 0);
     const QUrl video = copyMedia("h264_aac_8s.mkv", "film.mkv");
