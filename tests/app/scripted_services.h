@@ -10,7 +10,8 @@
 namespace tolvane::test {
 
 // Records every alert and answers choices from a script: the next answer in
-// `answers`, or the second button (CANCEL) when the script has run out.
+// `answers`, or `answerWhenUnscripted` (the second button, CANCEL, unless set)
+// when the script has run out.
 class ScriptedUserInteraction final : public UserInteraction {
 public:
     struct Shown {
@@ -25,7 +26,7 @@ public:
     int askChoice(const QString &title, const QString &informativeText,
                   const QStringList &buttons) override {
         shown.append({title, informativeText, buttons});
-        return answers.isEmpty() ? 1 : answers.takeFirst();
+        return answers.isEmpty() ? answerWhenUnscripted : answers.takeFirst();
     }
     QStringList titles() const {
         QStringList result;
@@ -37,6 +38,7 @@ public:
 
     QList<Shown> shown;
     QList<int> answers;
+    int answerWhenUnscripted = 1;
 };
 
 // A Native-mode player that loads nothing: the test says how each load ends.
