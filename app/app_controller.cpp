@@ -12,6 +12,7 @@
 #include "app/operation_boundary.h"
 #include "app/played_state_records.h"
 #include "app/playlist_builder.h"
+#include "app/playlist_durations.h"
 #include "app/user_defaults.h"
 #include "app/window_frame_strings.h"
 #include "base/localized_strings.h"
@@ -66,6 +67,10 @@ AppController::AppController(Services services_, QObject *parent)
     filesFoldersOpening = std::make_unique<FilesFoldersOpening>(playlistState, openedItems,
                                                                 *playlistBuilder, *records);
     itemMoveBookkeeping = std::make_unique<ItemMoveBookkeeping>(playlistState, *records);
+    playlistDurations =
+        std::make_unique<PlaylistDurations>(&MyCAOpenGLLayer::durationSecOfMovieFile);
+    connect(playlistDurations.get(), &PlaylistDurations::durationsArrived, this,
+            &AppController::playlistRowsChanged);
 
     movieTimer.setInterval(kMovieTimerInterval);
     connect(&movieTimer, &QTimer::timeout, this, &AppController::movieTimerTick);

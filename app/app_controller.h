@@ -39,6 +39,7 @@ class MyCAOpenGLLayer;
 class MoreFilesQuestion;
 class PlayedStateRecords;
 class PlaylistBuilder;
+class PlaylistDurations;
 class FilesFoldersOpening;
 class ItemMoveBookkeeping;
 class UserDefaults;
@@ -269,6 +270,8 @@ Q_SIGNALS:
     void countDownChanged(const QString &text);  // empty hides it
     void inspectorChanged();
     void playlistChanged();
+    // Only the played fractions of rows changed (their files' durations came in).
+    void playlistRowsChanged();
     void transportChanged();
     void menuStateChanged();
     void pictureModeChanged(tolvane::PictureMode mode);
@@ -308,7 +311,7 @@ private:
     void finishOpeningWithEmptyPlaylist(bool wasFilePlaying);
     std::optional<double> playingPositionSec();
     void refreshMoveToTrashEnabled();
-    void alertWhenRecentOpenFileFromNotWritableDisk(const QUrl &url);
+    void alertWhenRecentOpenFileFromNotWritableDisk(const QList<QUrl> &urls);
 
     // --- Native mode (app_controller_native.cpp)
     void loadMovieFileForNT(const QUrl &url);
@@ -387,7 +390,7 @@ private:
     double cRatio = 0.0;
     QSizeF naturalPictureSize{960.0, 540.0};
     // Durations of the playlist's files for the played fraction of their rows.
-    mutable QHash<QString, double> durationSecByPath;  // guarded by displayCellMutex
+    std::unique_ptr<PlaylistDurations> playlistDurations;
 
     // --- Transport state (app_controller_transport.cpp)
     // The player of the decoding mode in force, or null while it has no file.

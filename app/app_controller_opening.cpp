@@ -400,18 +400,16 @@ void AppController::reOpenFile() {
             return;
         }
         Q_EMIT loadingCircleChanged(true);
+        const QList<QUrl> notWritableVideos =
+            PlayedStateRecords::getSavedRecentIsFolder()
+                ? QList<QUrl>()
+                : PlayedStateRecords::getSavedRecentVideosOnNotWritableDisk(
+                      PlayedStateRecords::readRecentFdFlsData());
         const OpeningOutcome outcome = filesFoldersOpening->reOpenFromRecentRecord();
         Q_EMIT playlistChanged();
+        alertWhenRecentOpenFileFromNotWritableDisk(notWritableVideos);
         if (outcome != OpeningOutcome::playlistBuilt) {
             Q_EMIT loadingCircleChanged(false);
-            for (const RecentURLEntry &video :
-                 PlayedStateRecords::readRecentFdFlsData().rcvideo.lurls) {
-                const QUrl url(video.absolute);
-                if (!video.writable && !QFileInfo::exists(url.toLocalFile())) {
-                    alertWhenRecentOpenFileFromNotWritableDisk(url);
-                    break;
-                }
-            }
             return;
         }
         playlistState.reOpen.reOpenCTimeSec =
@@ -422,10 +420,21 @@ void AppController::reOpenFile() {
     });
 }
 
-void AppController::alertWhenRecentOpenFileFromNotWritableDisk(const QUrl &url) {
-    services.userInteraction->showAlert(
-        localizedString("NOTWRITABLE"),
-        url.toLocalFile() + QLatin1Char('\n') + localizedString("NOTWRITABLECONT"));
+// On Linux a recent video on a read-only disk reopens from its path like any
+// other; only one whose disk is gone now is worth a word.
+void AppController::alertWhenRecentOpenFileFromNotWritableDisk(const QList<QUrl> &urls) {
+    QStringList missingPaths;
+    for (const QUrl &url : urls) {
+        if (!QFileInfo::exists(url.toLocalFile())) {
+            missingPaths.append(url.toLocalFile());
+        }
+    }
+    if (missingPaths.isEmpty()) {
+        return;
+    }
+    services.userInteraction->showAlert(localizedString("NOTWRITABLE"),
+                                        missingPaths.join(QLatin1Char('\n')) + QLatin1Char('\n') +
+                                            localizedString("NOTWRITABLECONT"));
 }
 
 std::optional<double> AppController::playingPositionSec() {

@@ -7,6 +7,7 @@
 #include "app/app_controller.h"
 #include "app/opened_items.h"
 #include "app/played_state_records.h"
+#include "app/playlist_durations.h"
 #include "app/series.h"
 #include "app/user_defaults.h"
 #include "base/localized_strings.h"
@@ -28,14 +29,10 @@ QList<PlaylistRow> AppController::playlistRows() const {
             row.isCurrent ? playlistState.reOpen.reOpenDone || item.playDone : item.playDone;
         if (row.isCurrent && currentPlayPercentage >= 0.0) {
             row.playedFraction = currentPlayPercentage;
-        } else {
-            const QString path = item.url.toLocalFile();
-            auto cached = durationSecByPath.constFind(path);
-            if (cached == durationSecByPath.cend()) {
-                cached =
-                    durationSecByPath.insert(path, MyCAOpenGLLayer::durationSecOfMovieFile(path));
-            }
-            const double duration = *cached;
+        } else if (!row.isDone && item.playTime > 0.0) {
+            // Until its duration is read the row shows no fraction.
+            const double duration =
+                playlistDurations->durationSecOf(item.url.toLocalFile()).value_or(-1.0);
             row.playedFraction =
                 duration > 0.0 ? std::clamp(item.playTime / duration, 0.0, 1.0) : 0.0;
         }

@@ -365,17 +365,23 @@ RecentURLEntry PlayedStateRecords::recentURLEntryFromURL(const QUrl &url, bool w
 }
 
 bool PlayedStateRecords::isOnWritableDisk(const QUrl &url) {
-    const QStorageInfo storage(url.toLocalFile());
-    return !(storage.isValid() && storage.isReadOnly());
+    const QFileInfo file(url.toLocalFile());
+    const QStorageInfo storage(file.absoluteFilePath());
+    if (storage.isValid() && storage.isReadOnly()) {
+        return false;
+    }
+    // A missing file is not judged: its disk may simply be elsewhere now.
+    return !file.exists() || (file.isWritable() && QFileInfo(file.absolutePath()).isWritable());
 }
 
 QList<QUrl> PlayedStateRecords::getSavedRecentVideosOnNotWritableDisk(
     const RecentFdFlsData &recent) {
     QList<QUrl> urls;
     for (const RecentURLEntry &entry : recent.rcvideo.lurls) {
-        if (const std::optional<QUrl> url = resolvedURLOfEntry(entry);
-            url && (!entry.writable || !isOnWritableDisk(*url))) {
-            urls.append(*url);
+        const std::optional<QUrl> resolved = resolvedURLOfEntry(entry);
+        const QUrl url = resolved.value_or(QUrl(entry.absolute));
+        if (url.isLocalFile() && (!entry.writable || !isOnWritableDisk(url))) {
+            urls.append(url);
         }
     }
     return urls;

@@ -61,9 +61,11 @@ public:
     // The recent record's entry of one opened item: on Linux its bookmark is
     // the path, which a read-only disk does not prevent.
     static RecentURLEntry recentURLEntryFromURL(const QUrl &url, bool writable);
+    // False for a file that cannot be written in place or moved away (its
+    // disk is mounted read-only, or it or its folder refuse writing).
     static bool isOnWritableDisk(const QUrl &url);
-    // The recent videos that reopening cannot write to (their disk was, or is
-    // now, read-only): what the read-only-disk alert names.
+    // The recent videos that were stored, or are now, on a disk that cannot
+    // be written, whether or not that disk is present now.
     static QList<QUrl> getSavedRecentVideosOnNotWritableDisk(const RecentFdFlsData &recent);
 
     static RecentFdFlsData readRecentFdFlsData();

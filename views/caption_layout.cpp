@@ -50,4 +50,17 @@ QTransform captionViewToWidgetTransform(QSizeF viewSize, QSizeF widgetSize) {
     return transform;
 }
 
+double captionBottomMarginPF(const CaptionLayoutSettings &settings, QSizeF widgetSize,
+                             double coveredHeight) {
+    constexpr double kHighestBottomMarginPF = 0.5;
+    const QSizeF viewSize = settings.viewSize;
+    if (coveredHeight <= 0.0 || viewSize.isEmpty() || widgetSize.isEmpty()) {
+        return settings.marginPF;
+    }
+    const QTransform toWidget = captionViewToWidgetTransform(viewSize, widgetSize);
+    const double bandTop = (widgetSize.height() - coveredHeight - toWidget.dy()) / toWidget.m22();
+    const double clearingPF = (viewSize.height() - bandTop) / viewSize.height();
+    return std::max(settings.marginPF, std::min(clearingPF, kHighestBottomMarginPF));
+}
+
 }  // namespace tolvane

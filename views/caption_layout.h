@@ -55,6 +55,13 @@ double captionRowGap(const CaptionRowMetrics &upperRow, const CaptionLayoutSetti
 // [baseLeft, baseRight].
 double rubyAnnotationLeft(double baseLeft, double baseRight, double annotationWidth);
 
+// The margin for the bottom edge that keeps its block clear of a band
+// `coveredHeight` pixels high along the bottom of a widget of `widgetSize`
+// (the control panel while it shows): the settings' own margin where that
+// clears the band already, and never more than half the height.
+double captionBottomMarginPF(const CaptionLayoutSettings &settings, QSizeF widgetSize,
+                             double coveredHeight);
+
 // Maps the caption space onto a widget of `widgetSize`: one scale for both
 // axes, the largest that fits, centred, so that resizing keeps proportions
 // and captions stay on the letterboxed picture. Identity for empty sizes.

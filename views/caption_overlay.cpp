@@ -185,6 +185,13 @@ void CaptionOverlay::setLayoutSettings(const CaptionLayoutSettings &newSettings)
     update();
 }
 
+void CaptionOverlay::setCoveredBottomHeight(int pixels) {
+    if (coveredBottomHeight != pixels) {
+        coveredBottomHeight = pixels;
+        update();
+    }
+}
+
 bool CaptionOverlay::applyTextLayerDic(const subtitles::TextLayerDic &changedGroups) {
     bool changed = false;
     for (const auto &[name, line] : changedGroups) {
@@ -209,12 +216,15 @@ void CaptionOverlay::clearCaptions() {
 }
 
 void CaptionOverlay::paintCaptionGroups(QPainter &painter, const subtitles::TextLayerDic &groups,
-                                        const CaptionLayoutSettings &settings) {
+                                        const CaptionLayoutSettings &topSettings,
+                                        const CaptionLayoutSettings &bottomSettings) {
     painter.setRenderHint(QPainter::Antialiasing);
     for (const auto &[name, line] : groups) {
-        const CaptionEdge edge =
-            name == QLatin1String("snd.top") ? CaptionEdge::top : CaptionEdge::bottom;
-        paintCaptionLine(painter, line, edge, settings);
+        if (name == QLatin1String("snd.top")) {
+            paintCaptionLine(painter, line, CaptionEdge::top, topSettings);
+        } else {
+            paintCaptionLine(painter, line, CaptionEdge::bottom, bottomSettings);
+        }
     }
 }
 
@@ -232,7 +242,9 @@ void CaptionOverlay::paintEvent(QPaintEvent *) {
     }
     QPainter painter(this);
     painter.setTransform(captionViewToWidgetTransform(settings.viewSize, QSizeF(size())));
-    paintCaptionGroups(painter, groups, settings);
+    CaptionLayoutSettings bottomSettings = settings;
+    bottomSettings.marginPF = captionBottomMarginPF(settings, QSizeF(size()), coveredBottomHeight);
+    paintCaptionGroups(painter, groups, settings, bottomSettings);
 }
 
 }  // namespace tolvane

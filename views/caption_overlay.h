@@ -21,6 +21,9 @@ public:
 
     void setLayoutSettings(const CaptionLayoutSettings &settings);
     const CaptionLayoutSettings &layoutSettings() const { return settings; }
+    // The height along the bottom of this widget that something opaque covers
+    // for now (the control panel): bottom captions rise above it. 0: nothing.
+    void setCoveredBottomHeight(int pixels);
 
     // Replaces the groups named in `groups`; a blank line (no rows, or only
     // spaces) removes its group. Repaints only when something changed; true then.
@@ -29,9 +32,11 @@ public:
     void clearCaptions();
     const subtitles::TextLayerDic &shownGroups() const { return groups; }
 
-    // Draws `groups` into a painter already mapped to the caption space.
+    // Draws `groups` into a painter already mapped to the caption space; the
+    // bottom groups with `bottomSettings`, the top one with `topSettings`.
     static void paintCaptionGroups(QPainter &painter, const subtitles::TextLayerDic &groups,
-                                   const CaptionLayoutSettings &settings);
+                                   const CaptionLayoutSettings &topSettings,
+                                   const CaptionLayoutSettings &bottomSettings);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -40,6 +45,7 @@ protected:
 private:
     CaptionLayoutSettings settings;
     subtitles::TextLayerDic groups;
+    int coveredBottomHeight = 0;
 };
 
 }  // namespace tolvane

@@ -21,6 +21,17 @@ void PlaylistModel::setRows(QList<PlaylistRow> newRows) {
     endResetModel();
 }
 
+void PlaylistModel::refreshRows(QList<PlaylistRow> newRows) {
+    if (newRows.size() != shownRows.size()) {
+        setRows(std::move(newRows));
+        return;
+    }
+    shownRows = std::move(newRows);
+    if (!shownRows.isEmpty()) {
+        Q_EMIT dataChanged(index(0), index(int(shownRows.size()) - 1));
+    }
+}
+
 int PlaylistModel::rowCount(const QModelIndex &parent) const {
     return parent.isValid() ? 0 : int(shownRows.size());
 }

@@ -14,6 +14,9 @@ class PlaylistModel : public QAbstractListModel {
 public:
     using QAbstractListModel::QAbstractListModel;
     void setRows(QList<PlaylistRow> newRows);
+    // The same rows with new contents: the view keeps its scroll position
+    // and selection. A different count resets like setRows().
+    void refreshRows(QList<PlaylistRow> newRows);
     const QList<PlaylistRow> &rows() const { return shownRows; }
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
     QVariant data(const QModelIndex &index, int role) const override;

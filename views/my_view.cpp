@@ -6,6 +6,7 @@
 #include <QNativeGestureEvent>
 #include <QWheelEvent>
 #include <QWindow>
+#include <algorithm>
 
 #include "app/app_controller.h"
 #include "base/notification_center.h"
@@ -15,6 +16,8 @@ namespace tolvane {
 namespace {
 
 const QColor kGreyBackground = QColor(50, 50, 50);
+// Room left between bottom captions and the control panel over them.
+constexpr int kCaptionGapOverPanel = 8;
 
 }  // namespace
 
@@ -129,6 +132,15 @@ void MyView::showFileNameLayer() {
 
 void MyView::layOutVideo() {
     video.setGeometry(fullScreenPictureRect ? fullScreenPictureRect->intersected(rect()) : rect());
+    keepBottomCaptionsClearOfPanel();
+}
+
+// While the panel shows, bottom captions rise above it: the overlay covers
+// the picture, which in full screen may end above the panel.
+void MyView::keepBottomCaptionsClearOfPanel() {
+    const int pictureBottom = video.geometry().y() + video.height();
+    const int panelTop = panel.geometry().top() - kCaptionGapOverPanel;
+    overlay.setCoveredBottomHeight(panel.isVisible() ? std::max(0, pictureBottom - panelTop) : 0);
 }
 
 void MyView::resizeEvent(QResizeEvent *) {
@@ -138,6 +150,7 @@ void MyView::resizeEvent(QResizeEvent *) {
     panel.placeInView(size());
     title.raise();
     panel.raise();
+    keepBottomCaptionsClearOfPanel();
 }
 
 void MyView::showChrome() {
@@ -145,6 +158,7 @@ void MyView::showChrome() {
     // The title bar belongs to the window: full screen has none.
     title.setVisible(!controller.menuState().isFullScreen);
     panel.show();
+    keepBottomCaptionsClearOfPanel();
     showFileNameLayer();
     chromeHideTimer.start();
 }
@@ -156,6 +170,7 @@ void MyView::hideChromeWhenIdle() {
     }
     title.hide();
     panel.hide();
+    keepBottomCaptionsClearOfPanel();
     showFileNameLayer();
     if (controller.menuState().isFullScreen) {
         setCursor(Qt::BlankCursor);

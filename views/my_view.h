@@ -69,6 +69,7 @@ private:
     void showSubtitleReloaded();
     void hideChromeWhenIdle();
     void layOutVideo();
+    void keepBottomCaptionsClearOfPanel();
     void showFileNameLayer();
     void postGestures(const std::vector<const char *> &names);
 

@@ -50,6 +50,8 @@ PlaylistWindow::PlaylistWindow(AppController &controllerToUse, QWidget *parent)
     connect(&resetButton, &QPushButton::clicked, &controller,
             &AppController::clickResetPlayedStateButton);
     connect(&controller, &AppController::playlistChanged, this, &PlaylistWindow::showPlaylist);
+    connect(&controller, &AppController::playlistRowsChanged, this,
+            [this] { model.refreshRows(controller.playlistRows()); });
     resize(360, 420);
     showPlaylist();
 }

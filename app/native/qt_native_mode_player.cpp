@@ -51,14 +51,14 @@ NativeModePlayer::LoadResult unloadedResult(LoadOutcome outcome, const QString &
     return result;
 }
 
-// A probe that runs out of time only loses its extra knowledge (the player
-// then opens the file alone), so it gets little: the discoverer now and then
-// sits out its whole timeout on a file cut short. Its least is a second.
-constexpr std::chrono::milliseconds kLongestProbe{2000};
-static_assert(kLongestProbe < MediaProbeThread::kStopBound);
+// Cancelling waits for a probe at most kStopBound before abandoning it.
+static_assert(QtNativeModePlayer::kLongestProbe < MediaProbeThread::kStopBound);
 
-std::chrono::milliseconds probeTimeoutFor(std::chrono::milliseconds countDown) {
-    return std::clamp(countDown, std::chrono::milliseconds(1000), kLongestProbe);
+// The probe's share of the count-down: at least a second, at most `longestProbe`.
+std::chrono::milliseconds probeTimeoutFor(std::chrono::milliseconds countDown,
+                                          std::chrono::milliseconds longestProbe) {
+    constexpr std::chrono::milliseconds kShortestProbe{1000};
+    return std::clamp(countDown, kShortestProbe, std::max(kShortestProbe, longestProbe));
 }
 
 // QAudioOutput's scale is linear and ends at unity gain (see the header).
@@ -66,8 +66,10 @@ float audioOutputVolumeFor(float volume) { return std::clamp(volume, 0.0f, 1.0f)
 
 }  // namespace
 
-QtNativeModePlayer::QtNativeModePlayer(QObject *parent)
-    : NativeModePlayer(parent), isBackendChosen(chooseGStreamerBackend()) {
+QtNativeModePlayer::QtNativeModePlayer(QObject *parent, std::chrono::milliseconds longestProbe)
+    : NativeModePlayer(parent),
+      isBackendChosen(chooseGStreamerBackend()),
+      longestProbe(longestProbe) {
     player.setAudioOutput(&audioOutput);
     player.setVideoSink(&sink);
     countDownTimer.setSingleShot(true);
@@ -93,10 +95,12 @@ void QtNativeModePlayer::load(const QString &path, std::chrono::milliseconds cou
     isLoading = true;
     const quint64 number = ++loadNumber;
     countDownTimer.start(countDown);
-    probeThread.start(path, probeTimeoutFor(countDown), [this, number](const MediaProbe &found) {
-        QMetaObject::invokeMethod(
-            this, [this, number, found] { onProbeFinished(number, found); }, Qt::QueuedConnection);
-    });
+    probeThread.start(path, probeTimeoutFor(countDown, longestProbe),
+                      [this, number](const MediaProbe &found) {
+                          QMetaObject::invokeMethod(
+                              this, [this, number, found] { onProbeFinished(number, found); },
+                              Qt::QueuedConnection);
+                      });
 }
 
 void QtNativeModePlayer::cancelLoading() {

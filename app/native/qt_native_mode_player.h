@@ -21,6 +21,11 @@ namespace tolvane {
 // count-down spans both, on the main thread; cancelLoading() stops listening
 // at once and waits at most 5 s for the probe thread.
 //
+// The probe's share of the count-down is short (kLongestProbe), because on
+// some files cut short the discoverer sits out its whole time. A probe that
+// runs out only loses its extra knowledge, which does change the outcome
+// reported: tests that judge outcomes give it more, so that load never decides.
+//
 // Volume: QAudioOutput plays at most at unity gain, so our 0..5 maps onto its
 // 0..1 as itself up to the normal level 1, and levels above 1 play at 1.
 //
@@ -28,7 +33,10 @@ namespace tolvane {
 class QtNativeModePlayer final : public NativeModePlayer {
     Q_OBJECT
 public:
-    explicit QtNativeModePlayer(QObject *parent = nullptr);
+    static constexpr std::chrono::milliseconds kLongestProbe{2000};
+
+    explicit QtNativeModePlayer(QObject *parent = nullptr,
+                                std::chrono::milliseconds longestProbe = kLongestProbe);
     ~QtNativeModePlayer() override;
 
     QVideoSink *videoSink() { return &sink; }
@@ -60,6 +68,7 @@ private:
     QMediaPlayer player;
     QTimer countDownTimer;
     MediaProbeThread probeThread;
+    const std::chrono::milliseconds longestProbe;
 
     quint64 loadNumber = 0;  // tells a finished probe of an earlier load apart
     bool isLoading = false;

@@ -3,6 +3,8 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QMetaEnum>
+#include <QTimer>
+#include <functional>
 
 #include "app/app_controller.h"
 #include "app/user_defaults.h"
@@ -18,6 +20,9 @@ namespace {
 using Outcome = NativeModePlayer::LoadOutcome;
 constexpr int kAnswerFFmpeg = 0;
 constexpr int kAnswerCancel = 1;
+constexpr int kEventBoundMs = 60000;  // a bound against hangs, never a measure of speed
+// Later than the end of a run of seek presses falls due (0.1 s after the last).
+constexpr std::chrono::milliseconds kAfterSeekRunEnd{500};
 
 class NativeModeTest : public ::testing::Test {
 protected:
@@ -152,6 +157,104 @@ TEST_F(NativeModeTest, SwitchingTheModeWhilePlayingResumesTheSameSecond) {
     EXPECT_EQ(controller->pictureMode(), PictureMode::ffmpeg);
     EXPECT_NEAR(enginePositionSec(), 5.5, 0.1);
     EXPECT_TRUE(ui.shown.isEmpty());
+}
+
+// Every transport control reaches the platform player while a file plays in
+// Native mode: what it was asked, from a 20-minute episode at 600 s.
+TEST_F(NativeModeTest, TransportControlsDriveTheNativePlayer) {
+    using Press = std::function<void(AppController &)>;
+    const QString clip = copyMedia("h264_aac.mp4", "clip.mp4");
+    const struct {
+        const char *what;
+        double startSec;
+        double startRate;
+        Press press;
+        bool isSeekRun;  // its end resumes the rate, from the event loop
+        QList<double> seeks;
+        QList<double> rates;
+        QList<float> volumes;
+    } cases[] = {
+        {"play", 600, 0, &AppController::clickPlayPauseButton, false, {}, {1}, {}},
+        {"pause", 600, 1, &AppController::clickPlayPauseButton, false, {}, {0}, {}},
+        {"play at the end starts again",
+         1199.9,
+         0,
+         &AppController::clickPlayPauseButton,
+         false,
+         {0},
+         {1},
+         {}},
+        {"forward while playing",
+         600,
+         1,
+         &AppController::clickForwardMenu,
+         true,
+         {603},
+         {0, 1},
+         {}},
+        {"backward while paused", 600, 0, &AppController::clickBackwardMenu, true, {597}, {0}, {}},
+        {"skip forward", 600, 1, &AppController::clickSkipForwardMenu, true, {665}, {0, 1}, {}},
+        {"two presses, one resume",
+         600,
+         1,
+         [](AppController &c) {
+             c.clickForwardMenu();
+             c.clickForwardMenu();
+         },
+         true,
+         {603, 606},
+         {0, 1},
+         {}},
+        {"time slider past the end",
+         600,
+         1,
+         [](AppController &c) { c.clickTimeSlider(5000); },
+         true,
+         {1200},
+         {0, 1},
+         {}},
+        {"volume up", 600, 1, &AppController::clickVolumeUpMenu, false, {}, {}, {1.1f}},
+        {"volume slider",
+         600,
+         1,
+         [](AppController &c) { c.clickVolumeSlider(3.33); },
+         false,
+         {},
+         {},
+         {3.3f}},
+        {"mute", 600, 1, &AppController::clickMuteButton, false, {}, {}, {0.0f}},
+    };
+    for (const auto &c : cases) {
+        UserDefaults(QStringLiteral("sans-serif")).setValue("Volume", 1.0);
+        controller->openFile(clip);
+        native->finishLoading(Outcome::loaded);
+        ASSERT_EQ(controller->pictureMode(), PictureMode::native) << c.what;
+        native->duration = 1200;
+        native->timeSec = c.startSec;
+        native->rateValue = c.startRate;
+        native->seeks.clear();
+        native->rates.clear();
+        native->volumes.clear();
+
+        c.press(*controller);
+        if (c.isSeekRun) {
+            // Timers fire in the order they fall due: this one follows the
+            // run's end, which falls due a moment after the last press.
+            bool isAfterTheRunsEnd = false;
+            QTimer::singleShot(kAfterSeekRunEnd, [&] { isAfterTheRunsEnd = true; });
+            ASSERT_TRUE(test::waitUntil(
+                [&] {
+                    QCoreApplication::processEvents();
+                    return isAfterTheRunsEnd;
+                },
+                kEventBoundMs))
+                << c.what;
+        }
+        EXPECT_EQ(native->seeks, c.seeks) << c.what;
+        EXPECT_EQ(native->rates, c.rates) << c.what;
+        EXPECT_EQ(native->volumes, c.volumes) << c.what;
+        EXPECT_FALSE(controller->engine().isAlsoHaveMovie()) << c.what;
+    }
 }
 
 TEST_F(NativeModeTest, SettingsChangeAloneWithNothingLoadedOrAreRefusedForAnOrphanMovie) {

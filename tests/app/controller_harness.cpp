@@ -25,6 +25,7 @@ bool processEventsUntil(const std::function<bool()> &condition, int timeoutMs) {
 ControllerHarness::ControllerHarness(const QRect &screen) {
     clearTolvaneSettings();
     AppController::Services services;
+    interaction.answerWhenUnscripted = 0;
     services.userInteraction = &interaction;
     controller = std::make_unique<AppController>(std::move(services));
     AppController &c = *controller;

@@ -9,26 +9,14 @@
 #include <memory>
 
 #include "app/app_controller.h"
-#include "app/user_interaction.h"
 #include "app_test_support.h"
+#include "scripted_services.h"
 
 namespace tolvane::test {
 
 // Runs the event loop until `condition` holds; false when it did not within
 // `timeoutMs` (a bound against hanging, never a measure of speed).
-bool processEventsUntil(const std::function<bool()> &condition, int timeoutMs = 20000);
-
-// Answers every alert and question as a user pressing the default button,
-// and keeps their titles.
-class ScriptedUserInteraction final : public UserInteraction {
-public:
-    void showAlert(const QString &title, const QString &) override { alerts.append(title); }
-    int askChoice(const QString &title, const QString &, const QStringList &) override {
-        alerts.append(title);
-        return 0;
-    }
-    QStringList alerts;
-};
+bool processEventsUntil(const std::function<bool()> &condition, int timeoutMs = 60000);
 
 // A controller driven without a window: the windows it asks for take the
 // frames asked (as the views would) and report them back; messages and
@@ -45,7 +33,7 @@ public:
     void setScreen(const QRect &screen);
 
     QTemporaryDir media;
-    ScriptedUserInteraction interaction;
+    ScriptedUserInteraction interaction;  // unscripted, a question gets its first button
     std::unique_ptr<AppController> controller;
     QStringList messages;
     QList<QRect> requestedFrames;  // of the main window

@@ -14,6 +14,9 @@
 namespace tolvane {
 namespace {
 
+// A bound against hangs, never a measure of speed.
+constexpr int kEventBoundMs = 60000;
+
 // These run on a private session bus (dbus-run-session), where no screen
 // saver answers until the test registers one.
 class FakeScreenSaver : public QObject {
@@ -68,10 +71,12 @@ TEST(SingleInstance, ASecondStartHandsItsPathsToTheRunningOne) {
     EXPECT_FALSE(another.registerAsRunningInstance()) << "the name is taken";
 
     EXPECT_TRUE(SingleInstance::handOverToRunningInstance({"/videos/a.mkv", "/videos/b 2.mkv"}));
-    test::waitUntil([&] {
-        QCoreApplication::processEvents();
-        return !received.isEmpty();
-    });
+    test::waitUntil(
+        [&] {
+            QCoreApplication::processEvents();
+            return !received.isEmpty();
+        },
+        kEventBoundMs);
     EXPECT_EQ(received, QStringList({"/videos/a.mkv", "/videos/b 2.mkv"}));
 }
 
@@ -82,10 +87,13 @@ TEST(TerminationSignals, EachSignalBecomesOneRequestOnTheMainThread) {
     for (const int signalNumber : {SIGTERM, SIGINT, SIGHUP}) {
         const int before = requests;
         std::raise(signalNumber);
-        EXPECT_TRUE(test::waitUntil([&] {
-            QCoreApplication::processEvents();
-            return requests > before;
-        })) << signalNumber;
+        EXPECT_TRUE(test::waitUntil(
+            [&] {
+                QCoreApplication::processEvents();
+                return requests > before;
+            },
+            kEventBoundMs))
+            << signalNumber;
     }
     EXPECT_EQ(requests, 3);
 }

@@ -10,7 +10,8 @@
 namespace tolvane::test {
 
 // Records every alert and answers choices from a script: the next answer in
-// `answers`, or the second button (CANCEL) when the script has run out.
+// `answers`, or `answerWhenUnscripted` (the second button, CANCEL, unless set)
+// when the script has run out.
 class ScriptedUserInteraction final : public UserInteraction {
 public:
     struct Shown {
@@ -25,7 +26,7 @@ public:
     int askChoice(const QString &title, const QString &informativeText,
                   const QStringList &buttons) override {
         shown.append({title, informativeText, buttons});
-        return answers.isEmpty() ? 1 : answers.takeFirst();
+        return answers.isEmpty() ? answerWhenUnscripted : answers.takeFirst();
     }
     QStringList titles() const {
         QStringList result;
@@ -37,6 +38,7 @@ public:
 
     QList<Shown> shown;
     QList<int> answers;
+    int answerWhenUnscripted = 1;
 };
 
 // A Native-mode player that loads nothing: the test says how each load ends.
@@ -47,14 +49,17 @@ public:
     void unload() override { isLoaded = false; }
     bool hasMedia() const override { return isLoaded; }
     double rate() const override { return rateValue; }
-    void setRate(double rate) override { rateValue = rate; }
+    void setRate(double rate) override {
+        rateValue = rate;
+        rates.append(rate);
+    }
     double currentTimeSec() const override { return timeSec; }
-    double durationSec() const override { return 2.0; }
+    double durationSec() const override { return duration; }
     void seekToTime(double targetSec) override {
         seeks.append(targetSec);
         timeSec = targetSec;
     }
-    void setVolume(float) override {}
+    void setVolume(float volume) override { volumes.append(volume); }
     QSize naturalSize() const override { return {320, 240}; }
 
     void finishLoading(LoadOutcome outcome, QStringList unsupportedAudioCodecs = {}) {
@@ -65,10 +70,13 @@ public:
 
     QStringList loadedPaths;
     QList<double> seeks;
+    QList<double> rates;  // every setRate, in order
+    QList<float> volumes;
     int cancelCount = 0;
     bool isLoaded = false;
     double rateValue = 0.0;
     double timeSec = 0.0;
+    double duration = 2.0;
 };
 
 class CountingDisplaySleepAssertion final : public DisplaySleepAssertion {

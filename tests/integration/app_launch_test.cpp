@@ -6,6 +6,9 @@
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
+#include <QDBusInterface>
+#include <QDBusReply>
+#include <QDBusVariant>
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QJsonArray>
@@ -43,6 +46,18 @@ bool isRunningInstanceRegistered() {
     QDBusConnectionInterface *bus = QDBusConnection::sessionBus().interface();
     return bus != nullptr &&
            bus->isServiceRegistered(QLatin1String(SingleInstance::kServiceName)).value();
+}
+
+// The playing position the player reports through MPRIS, in seconds; -1
+// while it does not answer.
+double mprisPositionSec() {
+    QDBusInterface properties(QLatin1String("org.mpris.MediaPlayer2.tolvane"),
+                              QStringLiteral("/org/mpris/MediaPlayer2"),
+                              QStringLiteral("org.freedesktop.DBus.Properties"));
+    const QDBusReply<QDBusVariant> reply =
+        properties.call(QStringLiteral("Get"), QStringLiteral("org.mpris.MediaPlayer2.Player"),
+                        QStringLiteral("Position"));
+    return reply.isValid() ? double(reply.value().variant().toLongLong()) / 1e6 : -1.0;
 }
 
 class AppLaunchTest : public ::testing::Test {
@@ -131,8 +146,9 @@ TEST_F(AppLaunchTest, AFirstLaunchQuitWithNothingOpenSavesTheFramesButNoPlayedSt
 TEST_F(AppLaunchTest, APlayerEndedBySigtermWhilePlayingHasStoredItsPosition) {
     const QString video = QFileInfo(test::mediaPath("h264_aac_8s.mkv")).canonicalFilePath();
     QProcess &player = startFirstInstance({video});
-    // Let it play a while; the stored position must then lie inside the file.
-    QThread::msleep(3000);
+    // Once it has played a while, the stored position must lie inside the file.
+    ASSERT_TRUE(waitFor([] { return mprisPositionSec() > 1.0; }, kStartLimitMsec))
+        << "the file never played";
     terminate(player);
 
     const QJsonObject file = storedRecords()
@@ -158,7 +174,8 @@ TEST_F(AppLaunchTest, ASecondLaunchHandsItsFileToTheRunningPlayerAndExits) {
     EXPECT_EQ(first.state(), QProcess::Running);
 
     // The first instance opened it: at quit it stores the file's played state.
-    QThread::msleep(1500);
+    ASSERT_TRUE(waitFor([] { return mprisPositionSec() > 0.0; }, kStartLimitMsec))
+        << "the first instance never played the handed-over file";
     terminate(first);
     const QJsonObject files = storedRecords()
                                   .value(QLatin1String("QZRTotalFdFlsData"))

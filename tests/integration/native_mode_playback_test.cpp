@@ -25,7 +25,7 @@ using namespace std::chrono_literals;
 
 constexpr const char *kCaption = "1\n00:00:00,300 --> 00:00:01,900\nWWWW WWWW\n";
 
-bool spinUntil(const std::function<bool()> &condition, int timeoutMs = 20000) {
+bool spinUntil(const std::function<bool()> &condition, int timeoutMs = 60000) {
     QElapsedTimer timer;
     timer.start();
     while (!condition()) {

@@ -83,5 +83,32 @@ TEST(CaptionLayoutTest, TheCaptionSpaceScalesUniformlyAndCentred) {
     EXPECT_TRUE(captionViewToWidgetTransform(QSizeF(), QSizeF(100, 100)).isIdentity());
 }
 
+// The caption space is 1000 x 500 with a bottom margin of 50 (0.1).
+TEST(CaptionLayoutTest, BottomCaptionsRiseOnlyAsFarAsACoveredBandNeeds) {
+    CaptionLayoutSettings raised = kSettings;
+    raised.marginPF = 0.3;
+    const struct {
+        const char *name;
+        const CaptionLayoutSettings &settings;
+        QSizeF widget;
+        double coveredHeight;
+        double marginPF;
+    } cases[] = {
+        {"nothing covered", kSettings, {1000, 500}, 0, 0.1},
+        {"a band inside the margin", kSettings, {1000, 500}, 30, 0.1},
+        {"a band above the margin", kSettings, {1000, 500}, 100, 0.2},
+        {"a half-size widget", kSettings, {500, 250}, 50, 0.2},
+        {"a band in the bar below the picture", kSettings, {1000, 700}, 80, 0.1},
+        {"a band reaching over the bar", kSettings, {1000, 700}, 200, 0.2},
+        {"a margin already above the band", raised, {1000, 500}, 100, 0.3},
+        {"never past the middle", kSettings, {1000, 500}, 400, 0.5},
+        {"no widget yet", kSettings, {}, 100, 0.1},
+    };
+    for (const auto &c : cases) {
+        EXPECT_NEAR(captionBottomMarginPF(c.settings, c.widget, c.coveredHeight), c.marginPF, 1e-9)
+            << c.name;
+    }
+}
+
 }  // namespace
 }  // namespace tolvane
