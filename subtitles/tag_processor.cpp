@@ -155,7 +155,7 @@ StrippedText textWithoutTags(const QString &normalized, const std::vector<TextSp
 
 // The colour text of a font tag runs from "color=" to the first space or ">".
 QStringView colorTextOfFontTag(QStringView tag) {
-    const qsizetype start = asciiLowered(tag).indexOf(u"color=");
+    const qsizetype start = indexOfAsciiLowered(tag, u"color=");
     if (start < 0) {
         return {};
     }
