@@ -1,6 +1,7 @@
 #include "subtitles/tag_processor.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -57,15 +58,16 @@ int truncatedFontSize(double size) {
 class RowStringBuilder {
 public:
     RowStringBuilder(const CaptionStyle &style, CaptionColor defaultColor,
-                     const std::vector<CaptionColor> &palette)
-        : style_(style), defaultColor_(defaultColor), palette_(palette) {}
+                     const std::vector<CaptionColor> &palette, CaptionAttributesCache &cache)
+        : style_(style), defaultColor_(defaultColor), palette_(palette), cache_(cache) {}
 
     // Both strings of text[first, first + count) with its styles; they share
     // one text.
     void build(QStringView text, const CharacterStyles &styles, qsizetype first, qsizetype count,
                int fontSize, StyledString &outline, StyledString &fill) const {
-        std::vector<CaptionAttributeRun> outlineRuns;
-        std::vector<CaptionAttributeRun> fillRuns;
+        std::vector<StyledString::SharedRun> outlineRuns;
+        std::vector<StyledString::SharedRun> fillRuns;
+        reserveRuns(styles, first, count, outlineRuns, fillRuns);
         qsizetype runStart = first;
         for (qsizetype i = first + 1; i <= first + count; ++i) {
             const auto at = std::size_t(i);
@@ -98,8 +100,24 @@ public:
     }
 
 private:
-    static void appendRun(std::vector<CaptionAttributeRun> &runs, qsizetype start, qsizetype length,
-                          CaptionTextAttributes attributes) {
+    // At most one run per change of face (outline) or of face or colour (fill).
+    static void reserveRuns(const CharacterStyles &styles, qsizetype first, qsizetype count,
+                            std::vector<StyledString::SharedRun> &outlineRuns,
+                            std::vector<StyledString::SharedRun> &fillRuns) {
+        std::size_t faceRuns = 1;
+        std::size_t styleRuns = 1;
+        for (auto i = std::size_t(first + 1); i < std::size_t(first + count); ++i) {
+            const bool faceChanges = styles.faceBits[i] != styles.faceBits[i - 1];
+            faceRuns += faceChanges;
+            styleRuns += faceChanges || styles.colorIndex[i] != styles.colorIndex[i - 1];
+        }
+        outlineRuns.reserve(faceRuns);
+        fillRuns.reserve(styleRuns);
+    }
+
+    // Equal attributes come from the cache as the same object.
+    static void appendRun(std::vector<StyledString::SharedRun> &runs, qsizetype start,
+                          qsizetype length, SharedCaptionAttributes attributes) {
         if (!runs.empty() && runs.back().attributes == attributes) {
             runs.back().length += length;
         } else {
@@ -117,26 +135,32 @@ private:
         return attributes;
     }
 
-    CaptionTextAttributes outlineAttributes(std::uint8_t bits, int fontSize) const {
-        CaptionTextAttributes attributes = baseAttributes(bits, fontSize);
-        attributes.fillColor = CaptionColor{0.0, 0.0, 0.0, 1.0};
-        attributes.strokeColor = attributes.fillColor;
-        attributes.strokeWidth = style_.boldPF ? -7.0 : -5.0;
-        return attributes;
+    SharedCaptionAttributes outlineAttributes(std::uint8_t bits, int fontSize) const {
+        return cache_.attributesFor(CaptionAttributesCache::Kind::Outline, {}, bits, fontSize, [&] {
+            CaptionTextAttributes attributes = baseAttributes(bits, fontSize);
+            attributes.fillColor = CaptionColor{0.0, 0.0, 0.0, 1.0};
+            attributes.strokeColor = attributes.fillColor;
+            attributes.strokeWidth = style_.boldPF ? -7.0 : -5.0;
+            return attributes;
+        });
     }
 
-    CaptionTextAttributes fillAttributes(int colorIndex, std::uint8_t bits, int fontSize) const {
-        CaptionTextAttributes attributes = baseAttributes(bits, fontSize);
-        attributes.fillColor =
+    SharedCaptionAttributes fillAttributes(int colorIndex, std::uint8_t bits, int fontSize) const {
+        const CaptionColor color =
             colorIndex == kDefaultColorIndex ? defaultColor_ : palette_[std::size_t(colorIndex)];
-        attributes.strokeColor = attributes.fillColor;
-        attributes.strokeWidth = style_.boldPF ? -2.0 : 0.0;
-        return attributes;
+        return cache_.attributesFor(CaptionAttributesCache::Kind::Fill, color, bits, fontSize, [&] {
+            CaptionTextAttributes attributes = baseAttributes(bits, fontSize);
+            attributes.fillColor = color;
+            attributes.strokeColor = color;
+            attributes.strokeWidth = style_.boldPF ? -2.0 : 0.0;
+            return attributes;
+        });
     }
 
     const CaptionStyle &style_;
     CaptionColor defaultColor_;
     const std::vector<CaptionColor> &palette_;
+    CaptionAttributesCache &cache_;
 };
 
 StrippedText textWithoutTags(const QString &normalized, const std::vector<TextSpan> &tagSpans) {
@@ -325,6 +349,16 @@ void attachRubyAnnotations(std::vector<ProcessedRow> &rows, const CaptionLine &l
 
 }  // namespace
 
+CaptionAttributesCache::Key CaptionAttributesCache::keyOf(Kind kind, const CaptionColor &fillColor,
+                                                          std::uint8_t faceBits, int fontSize) {
+    // Colours by their bits: a total order even for a NaN channel.
+    return {(std::uint64_t(kind) << 40) | (std::uint64_t(faceBits) << 32) | std::uint32_t(fontSize),
+            std::bit_cast<std::uint64_t>(fillColor.red),
+            std::bit_cast<std::uint64_t>(fillColor.green),
+            std::bit_cast<std::uint64_t>(fillColor.blue),
+            std::bit_cast<std::uint64_t>(fillColor.alpha)};
+}
+
 TagProcessor::TagProcessor(CaptionStyle style)
     : TagProcessor(std::move(style), systemFontTextWidthMeasure()) {}
 
@@ -356,7 +390,7 @@ ProcessedLine TagProcessor::processingTag(QStringView content, QStringView type)
         lineWithoutAnnotations(stripped, rubyDicInContent(normalized, tagSpans).btmtoparray);
     wrapLongSingleLine(line.text, measureTextWidth_);
 
-    const RowStringBuilder builder(style_, defaultColor(), palette);
+    const RowStringBuilder builder(style_, defaultColor(), palette, attributesCache_);
     const int baseFontSize = fontSize();
     ProcessedLine processed;
     processed.rows = rowsOf(line, builder, baseFontSize);
