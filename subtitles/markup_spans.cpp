@@ -75,6 +75,8 @@ std::vector<TextSpan> startEndLocDicInContent(QStringView content, QStringView o
     };
 
     std::vector<TextSpan> spans;
+    // At most one span per opening.
+    spans.reserve(std::size_t(lowered.count(openString)));
     ForwardFinder openFinder(lowered, openString);
     qsizetype position = 0;
     for (;;) {

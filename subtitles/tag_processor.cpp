@@ -28,6 +28,11 @@ struct CharacterStyles {
     std::vector<int> colorIndex;
     std::vector<std::uint8_t> faceBits;
 
+    void reserve(qsizetype count) {
+        colorIndex.reserve(std::size_t(count));
+        faceBits.reserve(std::size_t(count));
+    }
+
     void append(const CharacterStyles &from, qsizetype first, qsizetype count) {
         colorIndex.insert(colorIndex.end(), from.colorIndex.begin() + first,
                           from.colorIndex.begin() + first + count);
@@ -269,6 +274,7 @@ CaptionLine lineWithoutAnnotations(const StrippedText &stripped,
                                    const std::vector<RubyPair> &rubyPairs) {
     CaptionLine line;
     line.text.reserve(stripped.text.size());
+    line.styles.reserve(stripped.text.size());
     qsizetype copiedUpTo = 0;
     for (const RubyPair &pair : rubyPairs) {
         if (pair.annotationLast < pair.annotationFirst || pair.annotationFirst < copiedUpTo) {
@@ -293,6 +299,7 @@ std::vector<ProcessedRow> rowsOf(const CaptionLine &line, const RowStringBuilder
                                  int fontSize) {
     static const QString kBlankRow = QStringLiteral(" ");
     std::vector<ProcessedRow> rows;
+    rows.reserve(std::size_t(line.text.count(QLatin1Char('\n')) + 1));
     int rowKey = 2;
     for (qsizetype rowStart = 0; rowStart < line.text.size();) {
         const qsizetype lineFeed = line.text.indexOf(QLatin1Char('\n'), rowStart);
