@@ -23,23 +23,21 @@ constexpr std::uint8_t kBoldBit = 2;
 constexpr int kDefaultColorIndex = -1;
 
 // Per-character styling of a text: which colour (an index into the palette,
-// or the default) and which faces. Kept parallel to the text.
-struct CharacterStyles {
-    std::vector<int> colorIndex;
-    std::vector<std::uint8_t> faceBits;
+// or the default) and which faces.
+struct CharacterStyle {
+    int colorIndex = kDefaultColorIndex;
+    std::uint8_t faceBits = 0;
 
-    void reserve(qsizetype count) {
-        colorIndex.reserve(std::size_t(count));
-        faceBits.reserve(std::size_t(count));
-    }
-
-    void append(const CharacterStyles &from, qsizetype first, qsizetype count) {
-        colorIndex.insert(colorIndex.end(), from.colorIndex.begin() + first,
-                          from.colorIndex.begin() + first + count);
-        faceBits.insert(faceBits.end(), from.faceBits.begin() + first,
-                        from.faceBits.begin() + first + count);
-    }
+    bool operator==(const CharacterStyle &) const = default;
 };
+
+// Kept parallel to the text.
+using CharacterStyles = std::vector<CharacterStyle>;
+
+void appendStyles(CharacterStyles &into, const CharacterStyles &from, qsizetype first,
+                  qsizetype count) {
+    into.insert(into.end(), from.begin() + first, from.begin() + first + count);
+}
 
 // The text with every tag removed, still holding the ruby annotations.
 struct StrippedText {
@@ -77,17 +75,14 @@ public:
         for (qsizetype i = first + 1; i <= first + count; ++i) {
             const auto at = std::size_t(i);
             const auto startAt = std::size_t(runStart);
-            const bool sameFace =
-                i < first + count && styles.faceBits[at] == styles.faceBits[startAt];
-            const bool sameColor = sameFace && styles.colorIndex[at] == styles.colorIndex[startAt];
-            if (sameColor) {
+            if (i < first + count && styles[at] == styles[startAt]) {
                 continue;
             }
             appendRun(
                 fillRuns, runStart - first, i - runStart,
-                fillAttributes(styles.colorIndex[startAt], styles.faceBits[startAt], fontSize));
+                fillAttributes(styles[startAt].colorIndex, styles[startAt].faceBits, fontSize));
             appendRun(outlineRuns, runStart - first, i - runStart,
-                      outlineAttributes(styles.faceBits[startAt], fontSize));
+                      outlineAttributes(styles[startAt].faceBits, fontSize));
             runStart = i;
         }
         // A track keeps tens of thousands of these for the length of a video.
@@ -112,9 +107,8 @@ private:
         std::size_t faceRuns = 1;
         std::size_t styleRuns = 1;
         for (auto i = std::size_t(first + 1); i < std::size_t(first + count); ++i) {
-            const bool faceChanges = styles.faceBits[i] != styles.faceBits[i - 1];
-            faceRuns += faceChanges;
-            styleRuns += faceChanges || styles.colorIndex[i] != styles.colorIndex[i - 1];
+            faceRuns += styles[i].faceBits != styles[i - 1].faceBits;
+            styleRuns += styles[i] != styles[i - 1];
         }
         outlineRuns.reserve(faceRuns);
         fillRuns.reserve(styleRuns);
@@ -177,8 +171,7 @@ StrippedText textWithoutTags(const QString &normalized, const std::vector<TextSp
         copiedUpTo = span.last + 1;
     }
     stripped.text.append(QStringView(normalized).sliced(copiedUpTo));
-    stripped.styles.colorIndex.assign(std::size_t(stripped.text.size()), kDefaultColorIndex);
-    stripped.styles.faceBits.assign(std::size_t(stripped.text.size()), 0);
+    stripped.styles.assign(std::size_t(stripped.text.size()), CharacterStyle{});
     return stripped;
 }
 
@@ -235,8 +228,9 @@ std::vector<CaptionColor> applyFontColors(CharacterStyles &styles,
             continue;
         }
         palette.push_back(computeColor(colorText, isDefaultColor));
-        std::fill(styles.colorIndex.begin() + first, styles.colorIndex.begin() + range.last + 1,
-                  int(palette.size() - 1));
+        for (qsizetype i = first; i <= range.last; ++i) {
+            styles[std::size_t(i)].colorIndex = int(palette.size() - 1);
+        }
     }
     return palette;
 }
@@ -248,7 +242,7 @@ void applyItalicAndBold(CharacterStyles &styles, const std::vector<TextSpan> &ta
         for (const TaggedRange &range :
              arrayFromStartEndLocDic(tagSpans, openTag, closeTag, normalized)) {
             for (qsizetype i = std::max<qsizetype>(range.first, 0); i <= range.last; ++i) {
-                styles.faceBits[std::size_t(i)] |= bit;
+                styles[std::size_t(i)].faceBits |= bit;
             }
         }
     }
@@ -286,11 +280,11 @@ CaptionLine lineWithoutAnnotations(const StrippedText &stripped,
                                     pair.annotationLast - pair.annotationFirst + 1});
         line.text.append(
             QStringView(stripped.text).sliced(copiedUpTo, pair.annotationFirst - copiedUpTo));
-        line.styles.append(stripped.styles, copiedUpTo, pair.annotationFirst - copiedUpTo);
+        appendStyles(line.styles, stripped.styles, copiedUpTo, pair.annotationFirst - copiedUpTo);
         copiedUpTo = pair.annotationLast + 1;
     }
     line.text.append(QStringView(stripped.text).sliced(copiedUpTo));
-    line.styles.append(stripped.styles, copiedUpTo, stripped.text.size() - copiedUpTo);
+    appendStyles(line.styles, stripped.styles, copiedUpTo, stripped.text.size() - copiedUpTo);
     return line;
 }
 
@@ -312,8 +306,8 @@ std::vector<ProcessedRow> rowsOf(const CaptionLine &line, const RowStringBuilder
                           row.outline, row.fill);
         } else {
             const auto styleIndex = std::size_t(rowStart);
-            builder.buildWithStyleOf(kBlankRow, line.styles.colorIndex[styleIndex],
-                                     line.styles.faceBits[styleIndex], fontSize, row.outline,
+            builder.buildWithStyleOf(kBlankRow, line.styles[styleIndex].colorIndex,
+                                     line.styles[styleIndex].faceBits, fontSize, row.outline,
                                      row.fill);
         }
         rows.push_back(std::move(row));
@@ -347,7 +341,8 @@ void attachRubyAnnotations(std::vector<ProcessedRow> &rows, const CaptionLine &l
         QString annotationText = stripped.text.mid(placed.annotationFirst, placed.annotationLength);
         annotationText.replace(QLatin1Char('\n'), QLatin1Char(' '));
         CharacterStyles annotationStyles;
-        annotationStyles.append(stripped.styles, placed.annotationFirst, placed.annotationLength);
+        appendStyles(annotationStyles, stripped.styles, placed.annotationFirst,
+                     placed.annotationLength);
         builder.build(annotationText, annotationStyles, 0, annotationText.size(),
                       annotationFontSize, annotation.outline, annotation.fill);
         row.rubyAnnotations.push_back(std::move(annotation));
@@ -393,8 +388,12 @@ ProcessedLine TagProcessor::processingTag(QStringView content, QStringView type)
         applyFontColors(stripped.styles, tagSpans, normalized, style_.isDefaultColor);
     applyItalicAndBold(stripped.styles, tagSpans, normalized);
 
-    CaptionLine line =
-        lineWithoutAnnotations(stripped, rubyDicInContent(normalized, tagSpans).btmtoparray);
+    const std::vector<RubyPair> rubyPairs = rubyDicInContent(normalized, tagSpans).btmtoparray;
+    // Without ruby the line is the stripped text itself, and nothing reads the
+    // stripped styles again.
+    CaptionLine line = rubyPairs.empty()
+                           ? CaptionLine{stripped.text, std::move(stripped.styles), {}}
+                           : lineWithoutAnnotations(stripped, rubyPairs);
     wrapLongSingleLine(line.text, measureTextWidth_);
 
     const RowStringBuilder builder(style_, defaultColor(), palette, attributesCache_);
