@@ -1,4 +1,4 @@
-// Parsing a 40,000-cue CP949 SAMI file and SubRip file, both sides as whole
+// Parsing a 40,000-cue CP949 SAMI file, SubRip file and styled SubRip file, both sides as whole
 // processes on the same file: `tolvane-probe parse FILE --encoding CP949`
 // (read, decode, parse, process every cue, print JSON) against
 // `ffmpeg -sub_charenc CP949 -i FILE -f srt -` (read, decode, parse, print
@@ -86,6 +86,24 @@ QByteArray generatedSubRip() {
         if (cue % 3 == 0) {
             line += QStringLiteral("\r\n- 몰라, 나중에 얘기해.");
         }
+        text += QStringLiteral("%1\r\n%2 --> %3\r\n%4\r\n\r\n")
+                    .arg(cue + 1)
+                    .arg(timestamp(start), timestamp(start + 1500), line);
+    }
+    return encodedAsCp949(text);
+}
+
+// Every cue styled throughout, as fan-made releases often are: colours, faces
+// and their mixes on both lines, about ten runs a cue.
+QByteArray generatedStyledSubRip() {
+    QString text;
+    for (int cue = 0; cue < kCueCount; ++cue) {
+        const int start = 1000 + cue * 2000;
+        const QString line = QStringLiteral(
+                                 "<font color=\"#ffcc00\">%1번째</font> <i>대사,</i> <b>그래서</b> "
+                                 "<font color=red>어떻게</font> <i><b>됐어?</b></i>\r\n"
+                                 "<font color=#00ffcc>- 몰라,</font> <i>나중에</i> 얘기해.")
+                                 .arg(cue + 1);
         text += QStringLiteral("%1\r\n%2 --> %3\r\n%4\r\n\r\n")
                     .arg(cue + 1)
                     .arg(timestamp(start), timestamp(start + 1500), line);
@@ -198,6 +216,14 @@ void BM_SubRipFortyThousandCuesCp949(benchmark::State &state) {
     runAgainstFfmpeg(state, generatedSubRip(), "srt");
 }
 BENCHMARK(BM_SubRipFortyThousandCuesCp949)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime()
+    ->Iterations(1);
+
+void BM_StyledSubRipFortyThousandCuesCp949(benchmark::State &state) {
+    runAgainstFfmpeg(state, generatedStyledSubRip(), "srt");
+}
+BENCHMARK(BM_StyledSubRipFortyThousandCuesCp949)
     ->Unit(benchmark::kMillisecond)
     ->UseRealTime()
     ->Iterations(1);

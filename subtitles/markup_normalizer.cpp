@@ -1,7 +1,7 @@
 #include "subtitles/markup_normalizer.h"
 
+#include <algorithm>
 #include <array>
-#include <functional>
 
 #include "subtitles/markup_spans.h"
 #include "subtitles/text_scanning.h"
@@ -12,10 +12,13 @@ namespace {
 
 constexpr char32_t kReplacementCharacter = 0xFFFD;
 
-// Rebuilds `text` with each span replaced by what `replacementFor` returns;
-// the spans must be in text order and must not overlap.
+// Appends to `into` what replaces one span of mark-up.
+using SpanReplacement = void (*)(QStringView span, QString &into);
+
+// Rebuilds `text` with each span replaced; the spans must be in text order and
+// must not overlap.
 QString replacingSpans(const QString &text, const std::vector<TextSpan> &spans,
-                       const std::function<QString(QStringView)> &replacementFor) {
+                       SpanReplacement appendReplacement) {
     if (spans.empty()) {
         return text;
     }
@@ -24,8 +27,7 @@ QString replacingSpans(const QString &text, const std::vector<TextSpan> &spans,
     qsizetype copiedUpTo = 0;
     for (const TextSpan &span : spans) {
         result.append(QStringView(text).sliced(copiedUpTo, span.start - copiedUpTo));
-        result.append(
-            replacementFor(QStringView(text).sliced(span.start, span.last - span.start + 1)));
+        appendReplacement(QStringView(text).sliced(span.start, span.last - span.start + 1), result);
         copiedUpTo = span.last + 1;
     }
     result.append(QStringView(text).sliced(copiedUpTo));
@@ -34,7 +36,7 @@ QString replacingSpans(const QString &text, const std::vector<TextSpan> &spans,
 
 QString removingSpans(const QString &text, QStringView openString, const QStringList &closeString) {
     return replacingSpans(text, startEndLocDicInContent(text, openString, closeString),
-                          [](QStringView) { return QString(); });
+                          [](QStringView, QString &) {});
 }
 
 char16_t asciiLoweredCharacter(QChar character) {
@@ -74,7 +76,8 @@ void replaceAll(QString &text, QStringView before, QStringView after,
     }
 }
 
-QString characterForReference(QStringView reference) {
+void appendCharacterForReference(QStringView reference, QString &into) {
+    // Semicolons inside the run of digits are skipped, as they always were.
     QString digits;
     for (const QChar character : reference.sliced(2)) {
         if (character != u';') {
@@ -84,34 +87,35 @@ QString characterForReference(QStringView reference) {
     const std::int32_t code = integerValueSaturating(digits);
     // "&#0;" was a NUL where these captions were made, which draws nothing.
     if (code == 0) {
-        return QString();
+        return;
     }
     const bool valid = code > 0 && code <= 0x10FFFF && !(code >= 0xD800 && code <= 0xDFFF);
     const char32_t codePoint = valid ? char32_t(code) : kReplacementCharacter;
-    return QString::fromUcs4(&codePoint, 1);
+    into.append(QStringView(QChar::fromUcs4(codePoint)));
 }
 
-QString filteredTag(QStringView tag) {
-    static const std::array<QStringView, 9> kHonouredTags = {
+void appendFilteredTag(QStringView tag, QString &into) {
+    static constexpr std::array<QStringView, 9> kHonouredTags = {
         u"<ruby>", u"<rt>", u"</rt>", u"</ruby>", u"<i>", u"</i>", u"<b>", u"</b>", u"</font>",
     };
-    const QString lowered = asciiLowered(tag);
-    for (const QStringView honoured : kHonouredTags) {
-        if (lowered == honoured) {
-            return tag.toString();
-        }
-    }
-    if (lowered.startsWith(u"<font")) {
-        return tag.toString();
+    const bool honoured =
+        std::any_of(kHonouredTags.begin(), kHonouredTags.end(),
+                    [&](QStringView kept) { return equalsAsciiLowered(tag, kept); });
+    if (honoured || startsWithAsciiLowered(tag, u"<font")) {
+        into.append(tag);
+        return;
     }
     if (tag.size() < 3) {
-        return QString();
+        return;
     }
-    const QChar second = lowered[1];
-    if ((second >= u'a' && second <= u'z') || second == u'/') {
-        return QString();
+    const char16_t second = tag[1].unicode();
+    if ((second >= u'a' && second <= u'z') || (second >= u'A' && second <= u'Z') ||
+        second == u'/') {
+        return;
     }
-    return QStringLiteral("「") + tag.sliced(1, tag.size() - 2).toString() + QStringLiteral("」");
+    into.append(u'「');
+    into.append(tag.sliced(1, tag.size() - 2));
+    into.append(u'」');
 }
 
 }  // namespace
@@ -153,7 +157,7 @@ QString pre_processingTag(QStringView content, QStringView type) {
         static const QStringList kReferenceCharacters = {"0", "1", "2", "3", "4", "5",
                                                          "6", "7", "8", "9", ";"};
         text = replacingSpans(text, startEndLocDicInContent(text, u"&#", kReferenceCharacters),
-                              characterForReference);
+                              appendCharacterForReference);
     }
 
     const bool hasAngleBracket = text.contains(QLatin1Char('<'));
@@ -165,8 +169,10 @@ QString pre_processingTag(QStringView content, QStringView type) {
         replaceAll(text, u"<rb>", u"");
         replaceAll(text, u"</rb>", u"");
         replaceAll(text, u"<rt><ruby>", u"</rt></ruby>");
-        static const QStringList kParenthesisClose = {QStringLiteral("</rp>")};
-        text = removingSpans(text, u"<rp>", kParenthesisClose);
+        if (mayContainIgnoringCase(text, u"<rp>")) {
+            static const QStringList kParenthesisClose = {QStringLiteral("</rp>")};
+            text = removingSpans(text, u"<rp>", kParenthesisClose);
+        }
     }
     if (text.contains(QLatin1Char('{')) || text.contains(QLatin1Char('}'))) {
         static const QStringList kBraceClose = {QStringLiteral("}")};
@@ -184,7 +190,7 @@ QString pre_processingTag(QStringView content, QStringView type) {
         return text;
     }
     static const QStringList kTagClose = {QStringLiteral(">")};
-    return replacingSpans(text, startEndLocDicInContent(text, u"<", kTagClose), filteredTag);
+    return replacingSpans(text, startEndLocDicInContent(text, u"<", kTagClose), appendFilteredTag);
 }
 
 }  // namespace tolvane::subtitles

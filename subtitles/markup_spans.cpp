@@ -75,6 +75,8 @@ std::vector<TextSpan> startEndLocDicInContent(QStringView content, QStringView o
     };
 
     std::vector<TextSpan> spans;
+    // At most one span per opening.
+    spans.reserve(std::size_t(lowered.count(openString)));
     ForwardFinder openFinder(lowered, openString);
     qsizetype position = 0;
     for (;;) {
@@ -109,11 +111,11 @@ std::vector<TaggedRange> arrayFromStartEndLocDic(const std::vector<TextSpan> &ta
     for (const TextSpan &span : tagSpans) {
         const QStringView tag = content.sliced(span.start, span.last - span.start + 1);
         const qsizetype strippedPosition = span.start - removedBefore;
-        if (tag.size() >= openTag.size() && asciiLowered(tag.first(openTag.size())) == openTag) {
-            pending = TaggedRange{strippedPosition, strippedPosition - 1, tag.toString()};
+        if (startsWithAsciiLowered(tag, openTag)) {
+            pending = TaggedRange{strippedPosition, strippedPosition - 1, tag};
         } else if (pending && tag.compare(closeTag, Qt::CaseInsensitive) == 0) {
             pending->last = strippedPosition - 1;
-            ranges.push_back(std::move(*pending));
+            ranges.push_back(*pending);
             pending.reset();
         }
         removedBefore += tag.size();

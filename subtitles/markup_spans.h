@@ -29,11 +29,11 @@ std::vector<TextSpan> startEndLocDicInContent(QStringView content, QStringView o
                                               const QStringList &closeStrings);
 
 // One open/close tag pair, in positions of the text with every tag removed;
-// `last` is `first - 1` for an empty range.
+// `last` is `first - 1` for an empty range. `openTag` views the content.
 struct TaggedRange {
     qsizetype first = 0;
     qsizetype last = -1;
-    QString openTag;
+    QStringView openTag;
 
     bool operator==(const TaggedRange &) const = default;
 };

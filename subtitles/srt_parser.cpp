@@ -22,6 +22,7 @@ struct TextLine {
 
 std::vector<TextLine> linesOf(QStringView text) {
     std::vector<TextLine> lines;
+    lines.reserve(std::size_t(text.count(QLatin1Char('\n')) + 1));
     qsizetype start = 0;
     while (start < text.size()) {
         const qsizetype lineFeed = text.indexOf(QLatin1Char('\n'), start);

@@ -19,27 +19,26 @@ QString CaptionColor::hexName() const {
         .toUpper();
 }
 
-StyledString::StyledString(const QString &text, const CaptionTextAttributes &attributes) {
-    append(text, attributes);
-}
-
-void StyledString::append(QStringView text, const CaptionTextAttributes &attributes) {
-    if (text.isEmpty()) {
-        return;
+StyledString::StyledString(const QString &text, SharedCaptionAttributes attributes) : text_(text) {
+    if (!text_.isEmpty()) {
+        runs_.push_back({0, text_.size(), std::move(attributes)});
     }
-    if (!runs_.empty() && runs_.back().attributes == attributes) {
-        runs_.back().length += text.size();
-    } else {
-        runs_.push_back({text_.size(), text.size(), attributes});
-    }
-    text_.append(text);
 }
 
 const CaptionTextAttributes &StyledString::attributesAt(qsizetype index) const {
-    const auto found = std::upper_bound(
-        runs_.begin(), runs_.end(), index,
-        [](qsizetype value, const CaptionAttributeRun &run) { return value < run.start; });
-    return std::prev(found)->attributes;
+    const auto found =
+        std::upper_bound(runs_.begin(), runs_.end(), index,
+                         [](qsizetype value, const SharedRun &run) { return value < run.start; });
+    return *std::prev(found)->attributes;
+}
+
+bool StyledString::operator==(const StyledString &other) const {
+    return text_ == other.text_ &&
+           std::equal(runs_.begin(), runs_.end(), other.runs_.begin(), other.runs_.end(),
+                      [](const SharedRun &a, const SharedRun &b) {
+                          return a.start == b.start && a.length == b.length &&
+                                 (a.attributes == b.attributes || *a.attributes == *b.attributes);
+                      });
 }
 
 }  // namespace tolvane::subtitles

@@ -1,6 +1,7 @@
 #include "subtitles/tag_processor.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -22,18 +23,21 @@ constexpr std::uint8_t kBoldBit = 2;
 constexpr int kDefaultColorIndex = -1;
 
 // Per-character styling of a text: which colour (an index into the palette,
-// or the default) and which faces. Kept parallel to the text.
-struct CharacterStyles {
-    std::vector<int> colorIndex;
-    std::vector<std::uint8_t> faceBits;
+// or the default) and which faces.
+struct CharacterStyle {
+    int colorIndex = kDefaultColorIndex;
+    std::uint8_t faceBits = 0;
 
-    void append(const CharacterStyles &from, qsizetype first, qsizetype count) {
-        colorIndex.insert(colorIndex.end(), from.colorIndex.begin() + first,
-                          from.colorIndex.begin() + first + count);
-        faceBits.insert(faceBits.end(), from.faceBits.begin() + first,
-                        from.faceBits.begin() + first + count);
-    }
+    bool operator==(const CharacterStyle &) const = default;
 };
+
+// Kept parallel to the text.
+using CharacterStyles = std::vector<CharacterStyle>;
+
+void appendStyles(CharacterStyles &into, const CharacterStyles &from, qsizetype first,
+                  qsizetype count) {
+    into.insert(into.end(), from.begin() + first, from.begin() + first + count);
+}
 
 // The text with every tag removed, still holding the ruby annotations.
 struct StrippedText {
@@ -57,30 +61,28 @@ int truncatedFontSize(double size) {
 class RowStringBuilder {
 public:
     RowStringBuilder(const CaptionStyle &style, CaptionColor defaultColor,
-                     const std::vector<CaptionColor> &palette)
-        : style_(style), defaultColor_(defaultColor), palette_(palette) {}
+                     const std::vector<CaptionColor> &palette, CaptionAttributesCache &cache)
+        : style_(style), defaultColor_(defaultColor), palette_(palette), cache_(cache) {}
 
     // Both strings of text[first, first + count) with its styles; they share
     // one text.
     void build(QStringView text, const CharacterStyles &styles, qsizetype first, qsizetype count,
                int fontSize, StyledString &outline, StyledString &fill) const {
-        std::vector<CaptionAttributeRun> outlineRuns;
-        std::vector<CaptionAttributeRun> fillRuns;
+        std::vector<StyledString::SharedRun> outlineRuns;
+        std::vector<StyledString::SharedRun> fillRuns;
+        reserveRuns(styles, first, count, outlineRuns, fillRuns);
         qsizetype runStart = first;
         for (qsizetype i = first + 1; i <= first + count; ++i) {
             const auto at = std::size_t(i);
             const auto startAt = std::size_t(runStart);
-            const bool sameFace =
-                i < first + count && styles.faceBits[at] == styles.faceBits[startAt];
-            const bool sameColor = sameFace && styles.colorIndex[at] == styles.colorIndex[startAt];
-            if (sameColor) {
+            if (i < first + count && styles[at] == styles[startAt]) {
                 continue;
             }
             appendRun(
                 fillRuns, runStart - first, i - runStart,
-                fillAttributes(styles.colorIndex[startAt], styles.faceBits[startAt], fontSize));
+                fillAttributes(styles[startAt].colorIndex, styles[startAt].faceBits, fontSize));
             appendRun(outlineRuns, runStart - first, i - runStart,
-                      outlineAttributes(styles.faceBits[startAt], fontSize));
+                      outlineAttributes(styles[startAt].faceBits, fontSize));
             runStart = i;
         }
         // A track keeps tens of thousands of these for the length of a video.
@@ -98,8 +100,23 @@ public:
     }
 
 private:
-    static void appendRun(std::vector<CaptionAttributeRun> &runs, qsizetype start, qsizetype length,
-                          CaptionTextAttributes attributes) {
+    // At most one run per change of face (outline) or of face or colour (fill).
+    static void reserveRuns(const CharacterStyles &styles, qsizetype first, qsizetype count,
+                            std::vector<StyledString::SharedRun> &outlineRuns,
+                            std::vector<StyledString::SharedRun> &fillRuns) {
+        std::size_t faceRuns = 1;
+        std::size_t styleRuns = 1;
+        for (auto i = std::size_t(first + 1); i < std::size_t(first + count); ++i) {
+            faceRuns += styles[i].faceBits != styles[i - 1].faceBits;
+            styleRuns += styles[i] != styles[i - 1];
+        }
+        outlineRuns.reserve(faceRuns);
+        fillRuns.reserve(styleRuns);
+    }
+
+    // Equal attributes come from the cache as the same object.
+    static void appendRun(std::vector<StyledString::SharedRun> &runs, qsizetype start,
+                          qsizetype length, SharedCaptionAttributes attributes) {
         if (!runs.empty() && runs.back().attributes == attributes) {
             runs.back().length += length;
         } else {
@@ -117,26 +134,32 @@ private:
         return attributes;
     }
 
-    CaptionTextAttributes outlineAttributes(std::uint8_t bits, int fontSize) const {
-        CaptionTextAttributes attributes = baseAttributes(bits, fontSize);
-        attributes.fillColor = CaptionColor{0.0, 0.0, 0.0, 1.0};
-        attributes.strokeColor = attributes.fillColor;
-        attributes.strokeWidth = style_.boldPF ? -7.0 : -5.0;
-        return attributes;
+    SharedCaptionAttributes outlineAttributes(std::uint8_t bits, int fontSize) const {
+        return cache_.attributesFor(CaptionAttributesCache::Kind::Outline, {}, bits, fontSize, [&] {
+            CaptionTextAttributes attributes = baseAttributes(bits, fontSize);
+            attributes.fillColor = CaptionColor{0.0, 0.0, 0.0, 1.0};
+            attributes.strokeColor = attributes.fillColor;
+            attributes.strokeWidth = style_.boldPF ? -7.0 : -5.0;
+            return attributes;
+        });
     }
 
-    CaptionTextAttributes fillAttributes(int colorIndex, std::uint8_t bits, int fontSize) const {
-        CaptionTextAttributes attributes = baseAttributes(bits, fontSize);
-        attributes.fillColor =
+    SharedCaptionAttributes fillAttributes(int colorIndex, std::uint8_t bits, int fontSize) const {
+        const CaptionColor color =
             colorIndex == kDefaultColorIndex ? defaultColor_ : palette_[std::size_t(colorIndex)];
-        attributes.strokeColor = attributes.fillColor;
-        attributes.strokeWidth = style_.boldPF ? -2.0 : 0.0;
-        return attributes;
+        return cache_.attributesFor(CaptionAttributesCache::Kind::Fill, color, bits, fontSize, [&] {
+            CaptionTextAttributes attributes = baseAttributes(bits, fontSize);
+            attributes.fillColor = color;
+            attributes.strokeColor = color;
+            attributes.strokeWidth = style_.boldPF ? -2.0 : 0.0;
+            return attributes;
+        });
     }
 
     const CaptionStyle &style_;
     CaptionColor defaultColor_;
     const std::vector<CaptionColor> &palette_;
+    CaptionAttributesCache &cache_;
 };
 
 StrippedText textWithoutTags(const QString &normalized, const std::vector<TextSpan> &tagSpans) {
@@ -148,14 +171,13 @@ StrippedText textWithoutTags(const QString &normalized, const std::vector<TextSp
         copiedUpTo = span.last + 1;
     }
     stripped.text.append(QStringView(normalized).sliced(copiedUpTo));
-    stripped.styles.colorIndex.assign(std::size_t(stripped.text.size()), kDefaultColorIndex);
-    stripped.styles.faceBits.assign(std::size_t(stripped.text.size()), 0);
+    stripped.styles.assign(std::size_t(stripped.text.size()), CharacterStyle{});
     return stripped;
 }
 
 // The colour text of a font tag runs from "color=" to the first space or ">".
 QStringView colorTextOfFontTag(QStringView tag) {
-    const qsizetype start = asciiLowered(tag).indexOf(u"color=");
+    const qsizetype start = indexOfAsciiLowered(tag, u"color=");
     if (start < 0) {
         return {};
     }
@@ -206,8 +228,9 @@ std::vector<CaptionColor> applyFontColors(CharacterStyles &styles,
             continue;
         }
         palette.push_back(computeColor(colorText, isDefaultColor));
-        std::fill(styles.colorIndex.begin() + first, styles.colorIndex.begin() + range.last + 1,
-                  int(palette.size() - 1));
+        for (qsizetype i = first; i <= range.last; ++i) {
+            styles[std::size_t(i)].colorIndex = int(palette.size() - 1);
+        }
     }
     return palette;
 }
@@ -219,7 +242,7 @@ void applyItalicAndBold(CharacterStyles &styles, const std::vector<TextSpan> &ta
         for (const TaggedRange &range :
              arrayFromStartEndLocDic(tagSpans, openTag, closeTag, normalized)) {
             for (qsizetype i = std::max<qsizetype>(range.first, 0); i <= range.last; ++i) {
-                styles.faceBits[std::size_t(i)] |= bit;
+                styles[std::size_t(i)].faceBits |= bit;
             }
         }
     }
@@ -245,6 +268,7 @@ CaptionLine lineWithoutAnnotations(const StrippedText &stripped,
                                    const std::vector<RubyPair> &rubyPairs) {
     CaptionLine line;
     line.text.reserve(stripped.text.size());
+    line.styles.reserve(stripped.text.size());
     qsizetype copiedUpTo = 0;
     for (const RubyPair &pair : rubyPairs) {
         if (pair.annotationLast < pair.annotationFirst || pair.annotationFirst < copiedUpTo) {
@@ -256,11 +280,11 @@ CaptionLine lineWithoutAnnotations(const StrippedText &stripped,
                                     pair.annotationLast - pair.annotationFirst + 1});
         line.text.append(
             QStringView(stripped.text).sliced(copiedUpTo, pair.annotationFirst - copiedUpTo));
-        line.styles.append(stripped.styles, copiedUpTo, pair.annotationFirst - copiedUpTo);
+        appendStyles(line.styles, stripped.styles, copiedUpTo, pair.annotationFirst - copiedUpTo);
         copiedUpTo = pair.annotationLast + 1;
     }
     line.text.append(QStringView(stripped.text).sliced(copiedUpTo));
-    line.styles.append(stripped.styles, copiedUpTo, stripped.text.size() - copiedUpTo);
+    appendStyles(line.styles, stripped.styles, copiedUpTo, stripped.text.size() - copiedUpTo);
     return line;
 }
 
@@ -269,6 +293,7 @@ std::vector<ProcessedRow> rowsOf(const CaptionLine &line, const RowStringBuilder
                                  int fontSize) {
     static const QString kBlankRow = QStringLiteral(" ");
     std::vector<ProcessedRow> rows;
+    rows.reserve(std::size_t(line.text.count(QLatin1Char('\n')) + 1));
     int rowKey = 2;
     for (qsizetype rowStart = 0; rowStart < line.text.size();) {
         const qsizetype lineFeed = line.text.indexOf(QLatin1Char('\n'), rowStart);
@@ -281,8 +306,8 @@ std::vector<ProcessedRow> rowsOf(const CaptionLine &line, const RowStringBuilder
                           row.outline, row.fill);
         } else {
             const auto styleIndex = std::size_t(rowStart);
-            builder.buildWithStyleOf(kBlankRow, line.styles.colorIndex[styleIndex],
-                                     line.styles.faceBits[styleIndex], fontSize, row.outline,
+            builder.buildWithStyleOf(kBlankRow, line.styles[styleIndex].colorIndex,
+                                     line.styles[styleIndex].faceBits, fontSize, row.outline,
                                      row.fill);
         }
         rows.push_back(std::move(row));
@@ -316,7 +341,8 @@ void attachRubyAnnotations(std::vector<ProcessedRow> &rows, const CaptionLine &l
         QString annotationText = stripped.text.mid(placed.annotationFirst, placed.annotationLength);
         annotationText.replace(QLatin1Char('\n'), QLatin1Char(' '));
         CharacterStyles annotationStyles;
-        annotationStyles.append(stripped.styles, placed.annotationFirst, placed.annotationLength);
+        appendStyles(annotationStyles, stripped.styles, placed.annotationFirst,
+                     placed.annotationLength);
         builder.build(annotationText, annotationStyles, 0, annotationText.size(),
                       annotationFontSize, annotation.outline, annotation.fill);
         row.rubyAnnotations.push_back(std::move(annotation));
@@ -324,6 +350,16 @@ void attachRubyAnnotations(std::vector<ProcessedRow> &rows, const CaptionLine &l
 }
 
 }  // namespace
+
+CaptionAttributesCache::Key CaptionAttributesCache::keyOf(Kind kind, const CaptionColor &fillColor,
+                                                          std::uint8_t faceBits, int fontSize) {
+    // Colours by their bits: a total order even for a NaN channel.
+    return {(std::uint64_t(kind) << 40) | (std::uint64_t(faceBits) << 32) | std::uint32_t(fontSize),
+            std::bit_cast<std::uint64_t>(fillColor.red),
+            std::bit_cast<std::uint64_t>(fillColor.green),
+            std::bit_cast<std::uint64_t>(fillColor.blue),
+            std::bit_cast<std::uint64_t>(fillColor.alpha)};
+}
 
 TagProcessor::TagProcessor(CaptionStyle style)
     : TagProcessor(std::move(style), systemFontTextWidthMeasure()) {}
@@ -352,11 +388,15 @@ ProcessedLine TagProcessor::processingTag(QStringView content, QStringView type)
         applyFontColors(stripped.styles, tagSpans, normalized, style_.isDefaultColor);
     applyItalicAndBold(stripped.styles, tagSpans, normalized);
 
-    CaptionLine line =
-        lineWithoutAnnotations(stripped, rubyDicInContent(normalized, tagSpans).btmtoparray);
+    const std::vector<RubyPair> rubyPairs = rubyDicInContent(normalized, tagSpans).btmtoparray;
+    // Without ruby the line is the stripped text itself, and nothing reads the
+    // stripped styles again.
+    CaptionLine line = rubyPairs.empty()
+                           ? CaptionLine{stripped.text, std::move(stripped.styles), {}}
+                           : lineWithoutAnnotations(stripped, rubyPairs);
     wrapLongSingleLine(line.text, measureTextWidth_);
 
-    const RowStringBuilder builder(style_, defaultColor(), palette);
+    const RowStringBuilder builder(style_, defaultColor(), palette, attributesCache_);
     const int baseFontSize = fontSize();
     ProcessedLine processed;
     processed.rows = rowsOf(line, builder, baseFontSize);

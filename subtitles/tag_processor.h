@@ -2,12 +2,16 @@
 
 // Turns the raw content of one caption cue into the processed line: styled
 // rows ready for the caption layout, with ruby annotations beside them.
-// Thread-safety: a TagProcessor is immutable after construction; one object
-// may serve one thread at a time (its width measurer keeps font state).
+// Thread-safety: one object serves one thread at a time (its width measurer
+// keeps font state, its attributes cache grows); the lines it makes may be
+// read from any thread.
 
 #include <QString>
 #include <QStringView>
+#include <array>
+#include <cstdint>
 #include <functional>
+#include <map>
 #include <vector>
 
 #include "subtitles/styled_string.h"
@@ -48,6 +52,36 @@ struct ProcessedLine {
     std::vector<ProcessedRow> rows;
 };
 
+// The attributes of every run one processor styled, each distinct one once.
+// It grows with the distinct colours, faces and sizes of the processed text
+// and holds nothing else of it.
+// Thread-safety: one thread at a time; the attributes it hands out are
+// immutable and may be read from any thread.
+class CaptionAttributesCache {
+public:
+    enum class Kind : std::uint8_t { Outline, Fill };
+
+    // The attributes known by these values, made by `make()` the first time.
+    // Outline attributes depend on the face and size only: give them a
+    // default-constructed `fillColor`.
+    template <typename Make>
+    SharedCaptionAttributes attributesFor(Kind kind, const CaptionColor &fillColor,
+                                          std::uint8_t faceBits, int fontSize, Make make) {
+        const Key key = keyOf(kind, fillColor, faceBits, fontSize);
+        auto found = attributes_.find(key);
+        if (found == attributes_.end()) {
+            found = attributes_.emplace(key, std::make_shared<const CaptionTextAttributes>(make()))
+                        .first;
+        }
+        return found->second;
+    }
+
+private:
+    using Key = std::array<std::uint64_t, 5>;
+    static Key keyOf(Kind kind, const CaptionColor &fillColor, std::uint8_t faceBits, int fontSize);
+    std::map<Key, SharedCaptionAttributes> attributes_;
+};
+
 class TagProcessor {
 public:
     // Width in pixels of a text in the system font at 13 px, the size that the
@@ -74,6 +108,9 @@ public:
 private:
     CaptionStyle style_;
     TextWidthMeasure measureTextWidth_;
+    // Shared by the lines this processor makes, so that a track keeps each
+    // style once however many runs use it.
+    mutable CaptionAttributesCache attributesCache_;
 };
 
 // Measures with QFontMetricsF on the system font at 13 px; needs a

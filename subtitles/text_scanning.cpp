@@ -31,14 +31,49 @@ std::int32_t integerValueSaturating(QStringView text) {
     return std::int32_t(std::min(magnitude, kLimit - 1));
 }
 
+namespace {
+
+char16_t asciiLoweredUnit(char16_t unit) {
+    return (unit >= u'A' && unit <= u'Z') ? char16_t(unit + (u'a' - u'A')) : unit;
+}
+
+}  // namespace
+
 QString asciiLowered(QStringView text) {
     QString lowered(text.size(), Qt::Uninitialized);
-    QChar *out = lowered.data();
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const char16_t unit = text[i].unicode();
-        out[i] = QChar((unit >= u'A' && unit <= u'Z') ? char16_t(unit + 32) : unit);
+    const char16_t *in = text.utf16();
+    char16_t *out = reinterpret_cast<char16_t *>(lowered.data());
+    for (qsizetype i = 0, size = text.size(); i < size; ++i) {
+        out[i] = asciiLoweredUnit(in[i]);
     }
     return lowered;
+}
+
+bool startsWithAsciiLowered(QStringView text, QStringView loweredNeedle) {
+    if (text.size() < loweredNeedle.size()) {
+        return false;
+    }
+    const char16_t *in = text.utf16();
+    const char16_t *needle = loweredNeedle.utf16();
+    for (qsizetype i = 0, size = loweredNeedle.size(); i < size; ++i) {
+        if (asciiLoweredUnit(in[i]) != needle[i]) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool equalsAsciiLowered(QStringView text, QStringView loweredNeedle) {
+    return text.size() == loweredNeedle.size() && startsWithAsciiLowered(text, loweredNeedle);
+}
+
+qsizetype indexOfAsciiLowered(QStringView text, QStringView loweredNeedle) {
+    for (qsizetype at = 0; at + loweredNeedle.size() <= text.size(); ++at) {
+        if (startsWithAsciiLowered(text.sliced(at), loweredNeedle)) {
+            return at;
+        }
+    }
+    return -1;
 }
 
 bool isNewlineCharacter(QChar character) {

@@ -20,6 +20,11 @@ std::int32_t integerValueSaturating(QStringView text);
 // Lower-cases A-Z only, so positions in the result match the input exactly.
 // Every marker the parsers look for is ASCII.
 QString asciiLowered(QStringView text);
+// Whether `text` lower-cased as above equals, starts with or contains
+// `loweredNeedle` (lower-case ASCII), without building the lowered copy.
+bool equalsAsciiLowered(QStringView text, QStringView loweredNeedle);
+bool startsWithAsciiLowered(QStringView text, QStringView loweredNeedle);
+qsizetype indexOfAsciiLowered(QStringView text, QStringView loweredNeedle);
 
 bool isNewlineCharacter(QChar character);
 // Trims the newline set (line feed, carriage return, vertical tab, form feed,

@@ -52,6 +52,23 @@ TEST(ProcessingTag, ColoursOnlyTheFillString) {
     }
 }
 
+// A track holds each style once: the same colour and face in two cues (and
+// in a blank row) is one object, a different colour another.
+TEST(ProcessingTag, LinesOfOneProcessorShareTheirAttributes) {
+    const TagProcessor processor = fixedWidthProcessor();
+    const ProcessedLine first =
+        processor.processingTag(u"<i>a</i><font color=red>b</font>", u"srt");
+    const ProcessedLine second =
+        processor.processingTag(u"<i>c</i>\n\n<font color=blue>d</font>", u"srt");
+    ASSERT_EQ(first.rows.size(), 1u);
+    ASSERT_EQ(second.rows.size(), 3u);
+    EXPECT_EQ(&first.rows[0].fill.attributesAt(0), &second.rows[0].fill.attributesAt(0));
+    EXPECT_EQ(&first.rows[0].outline.attributesAt(0), &second.rows[0].outline.attributesAt(0));
+    EXPECT_EQ(&first.rows[0].outline.attributesAt(1), &second.rows[1].outline.attributesAt(0));
+    EXPECT_NE(&first.rows[0].fill.attributesAt(1), &second.rows[2].fill.attributesAt(0));
+    EXPECT_EQ(second.rows[2].fill.attributesAt(0).fillColor.hexName(), "#0000FF");
+}
+
 TEST(ProcessingTag, ItalicAndBoldFacesWithTheirMarkers) {
     const ProcessedLine line = fixedWidthProcessor().processingTag(u"<i>a<b>b</i>c</b>d", u"smi");
     ASSERT_EQ(line.rows.size(), 1u);

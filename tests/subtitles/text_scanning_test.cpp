@@ -24,5 +24,32 @@ TEST(IntegerValueSaturating, ReadsLikeTheCaptionFilesExpect) {
     }
 }
 
+// Only A-Z fold: the Kelvin sign and the dotted capital I that Unicode folding
+// turns into "k" and "i" must not make a tag.
+TEST(AsciiLowered, ComparisonsFoldAsciiLettersOnly) {
+    struct Case {
+        const char16_t *text;
+        const char16_t *needle;
+        bool equals;
+        bool startsWith;
+        qsizetype index;
+    };
+    const Case cases[] = {
+        {u"<FONT color=red>", u"<font", false, true, 0},
+        {u"<I>", u"<i>", true, true, 0},
+        {u"<\u0130>", u"<i>", false, false, -1},
+        {u"<\u212Aa>", u"<ka>", false, false, -1},
+        {u"<fo", u"<font", false, false, -1},
+        {u"<font size=3 COLOR=#fff>", u"color=", false, false, 13},
+        {u"", u"", true, true, 0},
+    };
+    for (const Case &c : cases) {
+        const QString text = QString::fromUtf16(c.text);
+        EXPECT_EQ(equalsAsciiLowered(text, c.needle), c.equals) << text.toStdString();
+        EXPECT_EQ(startsWithAsciiLowered(text, c.needle), c.startsWith) << text.toStdString();
+        EXPECT_EQ(indexOfAsciiLowered(text, c.needle), c.index) << text.toStdString();
+    }
+}
+
 }  // namespace
 }  // namespace tolvane::subtitles
