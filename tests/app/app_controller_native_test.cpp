@@ -148,8 +148,8 @@ TEST_F(NativeModeTest, SwitchingTheModeWhilePlayingResumesTheSameSecond) {
     EXPECT_FALSE(controller->engine().isAlsoHaveMovie());
     native->finishLoading(Outcome::loaded);
     EXPECT_EQ(controller->pictureMode(), PictureMode::native);
-    ASSERT_EQ(native->seeks.size(), 1);
-    EXPECT_NEAR(native->seeks.first(), 4.0, 0.1);
+    ASSERT_EQ(native->seeks.size(), 1u);
+    EXPECT_NEAR(native->seeks.front(), 4.0, 0.1);
 
     native->timeSec = 5.5;
     controller->clickChangeDecoding();
@@ -170,9 +170,9 @@ TEST_F(NativeModeTest, TransportControlsDriveTheNativePlayer) {
         double startRate;
         Press press;
         bool isSeekRun;  // its end resumes the rate, from the event loop
-        QList<double> seeks;
-        QList<double> rates;
-        QList<float> volumes;
+        std::vector<double> seeks;
+        std::vector<double> rates;
+        std::vector<float> volumes;
     } cases[] = {
         {"play", 600, 0, &AppController::clickPlayPauseButton, false, {}, {1}, {}},
         {"pause", 600, 1, &AppController::clickPlayPauseButton, false, {}, {0}, {}},

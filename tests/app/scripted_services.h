@@ -2,6 +2,7 @@
 
 #include <QList>
 #include <QStringList>
+#include <vector>
 
 #include "app/display_sleep_assertion.h"
 #include "app/native_mode_player.h"
@@ -51,15 +52,15 @@ public:
     double rate() const override { return rateValue; }
     void setRate(double rate) override {
         rateValue = rate;
-        rates.append(rate);
+        rates.push_back(rate);
     }
     double currentTimeSec() const override { return timeSec; }
     double durationSec() const override { return duration; }
     void seekToTime(double targetSec) override {
-        seeks.append(targetSec);
+        seeks.push_back(targetSec);
         timeSec = targetSec;
     }
-    void setVolume(float volume) override { volumes.append(volume); }
+    void setVolume(float volume) override { volumes.push_back(volume); }
     QSize naturalSize() const override { return {320, 240}; }
 
     void finishLoading(LoadOutcome outcome, QStringList unsupportedAudioCodecs = {}) {
@@ -69,9 +70,11 @@ public:
     }
 
     QStringList loadedPaths;
-    QList<double> seeks;
-    QList<double> rates;  // every setRate, in order
-    QList<float> volumes;
+    // std::vector rather than QList: Qt 6.4's QList::operator== passes a null
+    // pointer to memcmp for two empty lists, which UBSan reports.
+    std::vector<double> seeks;
+    std::vector<double> rates;  // every setRate, in order
+    std::vector<float> volumes;
     int cancelCount = 0;
     bool isLoaded = false;
     double rateValue = 0.0;
