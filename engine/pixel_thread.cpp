@@ -49,6 +49,8 @@ bool frameFitsLayout(const AVFrame &frame, BitmapLayout layout) {
         case BitmapLayout::Rgba16From444p10:
         case BitmapLayout::Argb8From444p10:
             return frame.format == AV_PIX_FMT_YUV444P10LE;
+        case BitmapLayout::Nv12From420p8:
+            return frame.format == AV_PIX_FMT_YUV420P;
     }
     return false;
 }
