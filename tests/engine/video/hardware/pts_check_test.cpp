@@ -59,6 +59,7 @@ TEST(PTSCheck, FilesAreJudgedByTheirFirstIAndPPictures) {
     const Case cases[] = {
         {"h264_aac.mp4", 0},        // B pictures: the I's PTS lies after its DTS
         {"h264_aac.mkv", 0},        // PTS without DTS
+        {"i_pts_is_dts.mp4", 0},    // I PTS repeats its DTS; the first P has a PTS of its own
         {"starts_late.ts", 1},      // PTS equal to DTS throughout
         {"no_timestamps.h264", 1},  // a raw stream: no PTS at all
         {"audio_only.mka", -100},   // nothing to judge
