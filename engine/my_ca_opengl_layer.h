@@ -97,7 +97,7 @@ public:
     bool is10bitMode() const { return is10bitModeValue; }
     void setIs10bitMode(bool value) { is10bitModeValue = value; }
     // Hardware decoding is in use for the open file.
-    bool isMacSupportH264Acc() const { return isMacSupportH264AccValue; }
+    bool isMacSupportH264Acc() const { return isMacSupportH264AccValue.load(); }
     // Why the open file is not decoded in hardware, in a few words; empty
     // while it is, and before a file is opened.
     QString hardwareDecodingReason() const { return hardwareDecodingReasonValue; }
@@ -382,7 +382,8 @@ private:
     // --- Decoding options and capabilities
     bool isUseH264AccValue = true;
     std::atomic<bool> is10bitModeValue{true};  // read by the pixel thread
-    bool isMacSupportH264AccValue = false;
+    // Cleared by the pixel thread should the device give up midway.
+    std::atomic<bool> isMacSupportH264AccValue{false};
     QString hardwareDecodingReasonValue;
     // A download failed for this file (logged once); used by the pixel thread.
     bool hasLoggedHardwareDownloadFailure = false;
@@ -503,6 +504,10 @@ private:
     // After the decoder's last picture: queues one picture the rule still
     // holds; false when none is left.
     bool releaseHeldHardwarePicture();
+    // A software picture came out of the decoder attached to the device (it
+    // gave the stream up, at a change of size or profile): notes it once,
+    // queues what the rule holds, and the software path goes on.
+    void noteSoftwarePictureFromHardwareDecoder();
 
     // Feeding until the file's last packet has been read and decoded; then
     // Draining, and Drained once the decoder is empty. removeAllVideoPackets()

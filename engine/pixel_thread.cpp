@@ -225,7 +225,9 @@ bool MyCAOpenGLLayer::drainVideoDecoderIntoQueue(double fps) {
 
 void MyCAOpenGLLayer::queueDecodedPicture(const AVFrame *frame, const AVPacket *packetJustFed,
                                           double fps) {
-    if (isHardwareFrame(frame)) {
+    if (hardwareDecoding && !isHardwareFrame(frame)) {
+        noteSoftwarePictureFromHardwareDecoder();
+    } else if (isHardwareFrame(frame)) {
         bool isSeekPreviewDue = false;
         {
             NamedLockGuard lock(bitmapDataQueueMutex);

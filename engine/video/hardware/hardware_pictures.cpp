@@ -110,6 +110,15 @@ void MyCAOpenGLLayer::queueHardwarePicture(const AVFrame *frame) {
     }
 }
 
+void MyCAOpenGLLayer::noteSoftwarePictureFromHardwareDecoder() {
+    if (!isMacSupportH264AccValue.exchange(false)) {
+        return;
+    }
+    logInfo(QStringLiteral("H.264 decoding went on in software: the device gave the stream up"));
+    while (releaseHeldHardwarePicture()) {
+    }
+}
+
 bool MyCAOpenGLLayer::releaseHeldHardwarePicture() {
     std::optional<HardwarePictureOrder<BitmapData>::Released> released;
     {
