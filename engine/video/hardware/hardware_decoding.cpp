@@ -89,14 +89,14 @@ std::unique_ptr<HardwareVideoDecoding> HardwareVideoDecoding::create(const AVCod
             reason += failurePrefix + ffmpegErrorText(error);
             continue;
         }
-        return std::unique_ptr<HardwareVideoDecoding>(
-            new HardwareVideoDecoding(BufferRefPtr(created), type, *surfaceFormat));
+        return std::make_unique<HardwareVideoDecoding>(ConstructionKey{}, BufferRefPtr(created),
+                                                       type, *surfaceFormat);
     }
     return nullptr;
 }
 
-HardwareVideoDecoding::HardwareVideoDecoding(BufferRefPtr device, AVHWDeviceType type,
-                                             AVPixelFormat format)
+HardwareVideoDecoding::HardwareVideoDecoding(ConstructionKey, BufferRefPtr device,
+                                             AVHWDeviceType type, AVPixelFormat format)
     : device(std::move(device)), deviceType(type), hardwareFormat(format) {}
 
 const char *HardwareVideoDecoding::deviceName() const {

@@ -61,7 +61,16 @@ public:
     bool transferToNv12(const AVFrame &frame, std::uint8_t *nv12, std::string &reason);
 
 private:
-    HardwareVideoDecoding(BufferRefPtr device, AVHWDeviceType type, AVPixelFormat format);
+    // Only create() can name it, and so construct.
+    struct ConstructionKey {
+        explicit ConstructionKey() = default;
+    };
+
+public:
+    HardwareVideoDecoding(ConstructionKey, BufferRefPtr device, AVHWDeviceType type,
+                          AVPixelFormat format);
+
+private:
     static AVPixelFormat getFormat(AVCodecContext *context, const AVPixelFormat *offered);
 
     BufferRefPtr device;
