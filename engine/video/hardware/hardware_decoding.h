@@ -56,7 +56,7 @@ public:
     bool isHardwareFrame(const AVFrame &frame) const { return frame.format == hardwareFormat; }
 
     // Downloads the surface of `frame` into `nv12`, laid out as
-    // BitmapLayout::Nv12FromHardware for the frame's size. False, with
+    // BitmapLayout::Nv12From420p8 for the frame's size. False, with
     // `reason`, when the device refuses.
     bool transferToNv12(const AVFrame &frame, std::uint8_t *nv12, std::string &reason);
 
