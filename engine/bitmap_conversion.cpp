@@ -9,6 +9,8 @@
 #include <cstring>
 #include <vector>
 
+#include "engine/video/hardware/nv12_bitmap.h"
+
 // Each row loop is also compiled for AVX2 and the variant the processor can
 // run is picked when the program loads. Not in sanitizer builds: the
 // resolvers run before the sanitizer runtime is set up.
@@ -209,6 +211,8 @@ std::size_t bitmapByteCountFor(BitmapLayout layout, int width, int height) {
             return pixels * 8;
         case BitmapLayout::Argb8From444p10:
             return pixels * 4;
+        case BitmapLayout::Nv12From420p8:
+            return nv12ByteCountFor(width, height);
     }
     return 0;
 }
@@ -223,6 +227,7 @@ bool conversionWritesWholeBitmap(BitmapLayout layout, int width, int height) {
             return width % 2 == 0 && height % 4 == 0;
         case BitmapLayout::Rgba16From444p10:
         case BitmapLayout::Argb8From444p10:
+        case BitmapLayout::Nv12From420p8:
             return true;
     }
     return false;
@@ -329,6 +334,9 @@ void convertPictureToBitmap(BitmapLayout layout, const PlanarPictureView &pictur
             break;
         case BitmapLayout::Argb8From444p10:
             convert444p10ToArgb8(picture, bitmap);
+            break;
+        case BitmapLayout::Nv12From420p8:
+            convert420p8ToNv12(picture, bitmap);
             break;
     }
 }

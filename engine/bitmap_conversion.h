@@ -29,6 +29,9 @@ enum class BitmapLayout {
     Rgba16From444p10,
     // 8-bit A, R, G, B per pixel (A = 255). W×H×4 bytes.
     Argb8From444p10,
+    // NV12 as hardware surfaces download: the W×H luma plane, then interleaved
+    // U V pairs, ceil(W/2) by ceil(H/2) (video/hardware/nv12_bitmap.h).
+    Nv12From420p8,
 };
 
 // Three planes of a planar YUV picture. Strides are in bytes, as FFmpeg's

@@ -34,7 +34,11 @@ std::vector<HoldingBitmapData> MyCAOpenGLLayer::removeHoldingBitmapData() {
     return holdingBitmapDatas.takeThroughCursor();
 }
 
-void MyCAOpenGLLayer::removeAllHoldingBitmapDatas() { holdingBitmapDatas.removeAll(); }
+void MyCAOpenGLLayer::removeAllHoldingBitmapDatas() {
+    holdingBitmapDatas.removeAll();
+    NamedLockGuard lock(holdingBitmapDataQueueMutex);
+    hardwarePictureOrder.removeAll();
+}
 
 void MyCAOpenGLLayer::readSeekPreview(
     const std::function<void(const BitmapBytes &, float, float)> &reader) const {

@@ -65,6 +65,13 @@ void MyCAOpenGLLayer::cleanBeforeOpenFile() {
 
         vCodec = nullptr;
         vCodecCtx.reset();
+        hardwareDecoding.reset();
+        isMacSupportH264AccValue = false;
+        hardwareDecodingReasonValue.clear();
+        {
+            NamedLockGuard lock(holdingBitmapDataQueueMutex);
+            flagMessPTSValue = kFlagMessPTSLookingForI;
+        }
         aCodec = nullptr;
         if (aCodecCtx) {
             aCodecCtx.reset();

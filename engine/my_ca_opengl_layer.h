@@ -18,6 +18,9 @@
 #include "engine/picture_layout.h"
 #include "engine/sample_pool.h"
 #include "engine/tracks.h"
+#include "engine/video/hardware/hardware_decoding.h"
+#include "engine/video/hardware/hardware_picture_order.h"
+#include "engine/video/hardware/pts_check.h"
 #include "engine/video_decoding_rules.h"
 
 namespace tolvane {
@@ -93,7 +96,11 @@ public:
     void setIsUseH264Acc(bool value) { isUseH264AccValue = value; }
     bool is10bitMode() const { return is10bitModeValue; }
     void setIs10bitMode(bool value) { is10bitModeValue = value; }
-    bool isMacSupportH264Acc() const { return isMacSupportH264AccValue; }
+    // Hardware decoding is in use for the open file.
+    bool isMacSupportH264Acc() const { return isMacSupportH264AccValue.load(); }
+    // Why the open file is not decoded in hardware, in a few words; empty
+    // while it is, and before a file is opened.
+    QString hardwareDecodingReason() const { return hardwareDecodingReasonValue; }
     bool isAlsoHaveMovie() const { return isAlsoHaveMovieValue.load(); }
     bool isInterlaced() const { return isInterlacedValue.load(); }
     int flagMessPTS() const { return flagMessPTSValue; }
@@ -350,6 +357,9 @@ private:
     // packet thread shares the format context, so that it outlives a thread
     // abandoned by the bounded stop.
     std::shared_ptr<AVFormatContext> pFormatCtx;
+    // The device the video decoder decodes on, when it does; declared before
+    // vCodecCtx, which refers to it, so that it is destroyed after it.
+    std::unique_ptr<HardwareVideoDecoding> hardwareDecoding;
     CodecContextPtr vCodecCtx;
     CodecContextPtr aCodecCtx;
     const AVCodec *vCodec = nullptr;
@@ -367,12 +377,16 @@ private:
     bool isUglyKeyframeValue = false;
     std::atomic<int> pixelFormatModeValue{kPixelFormatUnsupported};  // pixel thread may set 42011
     std::atomic<bool> isInterlacedValue{false};
-    int flagMessPTSValue = -100;  // guarded by holdingBitmapDataQueueMutex
+    int flagMessPTSValue = kFlagMessPTSLookingForI;  // guarded by holdingBitmapDataQueueMutex
 
     // --- Decoding options and capabilities
     bool isUseH264AccValue = true;
     std::atomic<bool> is10bitModeValue{true};  // read by the pixel thread
-    bool isMacSupportH264AccValue = false;
+    // Cleared by the pixel thread should the device give up midway.
+    std::atomic<bool> isMacSupportH264AccValue{false};
+    QString hardwareDecodingReasonValue;
+    // A download failed for this file (logged once); used by the pixel thread.
+    bool hasLoggedHardwareDownloadFailure = false;
 
     // --- Audio format of the chosen track
     int audioBytesPerChannelValue = 2;
@@ -463,12 +477,37 @@ private:
     // Switches to the first-field layout and posts the notification, both
     // once per file, when `frame` is interlaced.
     void noteInterlacedFrame(const AVFrame *frame);
+    // The layout a software picture is converted into, after noting it.
+    BitmapLayout softwareLayoutNotingInterlacing(const AVFrame *frame);
     // Called by the packet thread when a read fails, at the end of the file
     // or on a read error; lets the pixel thread take the pictures the
     // decoder still holds.
     void noteVideoPacketReadFailure();
     // Takes one picture the decoder still holds after the last packet.
     bool drainVideoDecoderIntoQueue(double fps);
+
+    // --- Hardware decoding (video/hardware/hardware_pictures.cpp)
+    // At open, before the video decoder opens: creates the device for
+    // `path` when the setting and the stream allow and its first pictures
+    // decode, attaches it to vCodecCtx and judges the time stamps; otherwise
+    // logs why once and leaves the software decoder.
+    void openHardwareDecodingForVideoDecoder(const QString &path);
+    bool isHardwareFrame(const AVFrame *frame) const {
+        return hardwareDecoding && hardwareDecoding->isHardwareFrame(*frame);
+    }
+    // Downloads a hardware surface into an NV12 bitmap; black when the
+    // device refuses.
+    BitmapBytes downloadHardwarePicture(const AVFrame *frame);
+    // Puts a hardware picture through the time-stamp rule and queues the
+    // picture it releases, if any. Runs under bitmapDataThreadMutex.
+    void queueHardwarePicture(const AVFrame *frame);
+    // After the decoder's last picture: queues one picture the rule still
+    // holds; false when none is left.
+    bool releaseHeldHardwarePicture();
+    // A software picture came out of the decoder attached to the device (it
+    // gave the stream up, at a change of size or profile): notes it once,
+    // queues what the rule holds, and the software path goes on.
+    void noteSoftwarePictureFromHardwareDecoder();
 
     // Feeding until the file's last packet has been read and decoded; then
     // Draining, and Drained once the decoder is empty. removeAllVideoPackets()
@@ -479,6 +518,8 @@ private:
     std::unique_ptr<WorkerThread> pixelThread;  // main thread only
     CursorQueue<BitmapData> bitmapDatas{bitmapDataQueueMutex};
     CursorQueue<HoldingBitmapData> holdingBitmapDatas{holdingBitmapDataQueueMutex};
+    HardwarePictureOrder<BitmapData>
+        hardwarePictureOrder;  // guarded by holdingBitmapDataQueueMutex
 };
 
 }  // namespace tolvane

@@ -177,6 +177,7 @@ QString MyCAOpenGLLayer::openMovieFileSteps(const QString &path) {
         return codeWithError("-2006", AVERROR(ENOMEM));
     }
     configureVideoDecoderThreads(*vCodecCtx);
+    openHardwareDecodingForVideoDecoder(path);
     if (const int error = avcodec_open2(vCodecCtx.get(), vCodec, nullptr); error < 0) {
         return codeWithError("-2006", error);
     }
@@ -192,10 +193,6 @@ QString MyCAOpenGLLayer::openMovieFileSteps(const QString &path) {
             return QStringLiteral("-2008");
         }
     }
-
-    // Hardware H.264 decoding is chosen here once its decoder exists; until
-    // then every file takes the software path.
-    isMacSupportH264AccValue = false;
 
     VideoTrack video;
     video.idx = videoStreamIdx;

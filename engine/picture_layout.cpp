@@ -1,5 +1,7 @@
 #include "engine/picture_layout.h"
 
+#include "engine/video/hardware/nv12_bitmap.h"
+
 namespace tolvane {
 
 PictureLayout pictureLayoutFor(BitmapLayout layout) {
@@ -13,6 +15,8 @@ PictureLayout pictureLayoutFor(BitmapLayout layout) {
             return PictureLayout::Rgba16;
         case BitmapLayout::Argb8From444p10:
             return PictureLayout::Argb8;
+        case BitmapLayout::Nv12From420p8:
+            return PictureLayout::Nv12;
     }
     return PictureLayout::Packed422;
 }
@@ -29,6 +33,8 @@ int bitmapBytesPerRowFor(PictureLayout layout, int width) {
             return width * 8;
         case PictureLayout::Argb8:
             return width * 4;
+        case PictureLayout::Nv12:
+            return width;  // of the luma plane
     }
     return 0;
 }
@@ -37,12 +43,15 @@ std::size_t bitmapBytesToDraw(const PictureView &picture) {
     if (picture.width <= 0 || picture.height <= 0) {
         return 0;
     }
+    if (picture.layout == BitmapLayout::Nv12From420p8) {
+        return nv12ByteCountFor(picture.width, picture.height);
+    }
     return std::size_t(bitmapBytesPerRowFor(pictureLayoutFor(picture.layout), picture.width)) *
            std::size_t(bitmapRowsFor(picture.layout, picture.height));
 }
 
 double exposureEVFor(PictureLayout layout) {
-    return layout == PictureLayout::Packed422 ? 0.1 : 0.5;
+    return layout == PictureLayout::Packed422 || layout == PictureLayout::Nv12 ? 0.1 : 0.5;
 }
 
 ColourMatrix colourMatrixForHeight(int frameHeight) {

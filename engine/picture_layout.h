@@ -12,6 +12,7 @@ enum class PictureLayout {
     Packed422,  // bytes U, Y0, V, Y1 for each pair of pixels ("2vuy"), W x rows x 2
     Rgba16,     // 16-bit R, G, B, A per pixel, W x H x 8
     Argb8,      // 8-bit A, R, G, B per pixel, W x H x 4
+    Nv12,       // W x H luma bytes, then U V pairs at half size in both directions
 };
 
 // Y'CbCr matrices, chosen by picture height as broadcast practice does.
@@ -36,7 +37,7 @@ int bitmapBytesPerRowFor(PictureLayout layout, int width);
 // they are more than `picture.byteCount`.
 std::size_t bitmapBytesToDraw(const PictureView &picture);
 // Exposure in stops applied when drawing: RGB pictures computed without range
-// expansion get half a stop, 4:2:2 pictures a tenth.
+// expansion get half a stop, 4:2:2 and hardware-decoded (NV12) pictures a tenth.
 double exposureEVFor(PictureLayout layout);
 ColourMatrix colourMatrixForHeight(int frameHeight);
 

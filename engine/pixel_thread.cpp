@@ -49,6 +49,8 @@ bool frameFitsLayout(const AVFrame &frame, BitmapLayout layout) {
         case BitmapLayout::Rgba16From444p10:
         case BitmapLayout::Argb8From444p10:
             return frame.format == AV_PIX_FMT_YUV444P10LE;
+        case BitmapLayout::Nv12From420p8:
+            return frame.format == AV_PIX_FMT_YUV420P;
     }
     return false;
 }
@@ -157,6 +159,10 @@ bool MyCAOpenGLLayer::decodeVideoPacketIntoQueue(const AVPacket *packet, double 
         vFrame = makeFrame();
     }
     AVCodecContext *context = vCodecCtx.get();
+    if (hardwareDecoding) {
+        // Comes back on the packet's own picture, for the time-stamp rule.
+        context->reordered_opaque = packet->dts;
+    }
     bool queued = false;
     // The packets read so far stay in the list until a picture comes out, and
     // are then freed together: a packet the decoder refuses stays read and
@@ -202,6 +208,9 @@ bool MyCAOpenGLLayer::drainVideoDecoderIntoQueue(double fps) {
         videoDecoderDrainState = VideoDecoderDrainState::Draining;
     }
     if (avcodec_receive_frame(vCodecCtx.get(), vFrame.get()) != 0) {
+        if (releaseHeldHardwarePicture()) {
+            return true;
+        }
         videoDecoderDrainState = VideoDecoderDrainState::Drained;
         return false;
     }
@@ -216,6 +225,20 @@ bool MyCAOpenGLLayer::drainVideoDecoderIntoQueue(double fps) {
 
 void MyCAOpenGLLayer::queueDecodedPicture(const AVFrame *frame, const AVPacket *packetJustFed,
                                           double fps) {
+    if (hardwareDecoding && !isHardwareFrame(frame)) {
+        noteSoftwarePictureFromHardwareDecoder();
+    } else if (isHardwareFrame(frame)) {
+        bool isSeekPreviewDue = false;
+        {
+            NamedLockGuard lock(bitmapDataQueueMutex);
+            isSeekPreviewDue = isSeekingVideo.load() && !hasSeekPreview;
+        }
+        // The seek's picture is shown as it comes, timed by its own stamp.
+        if (!isSeekPreviewDue) {
+            queueHardwarePicture(frame);
+            return;
+        }
+    }
     const PictureTime time = pictureTimeFor(
         frame->best_effort_timestamp, packetJustFed->pts, packetJustFed->dts,
         pFormatCtx->streams[videoStreamIdx]->time_base, gNextVideoFramePtsSec.load());
@@ -235,17 +258,28 @@ void MyCAOpenGLLayer::noteInterlacedFrame(const AVFrame *frame) {
     }
 }
 
+BitmapLayout MyCAOpenGLLayer::softwareLayoutNotingInterlacing(const AVFrame *frame) {
+    noteInterlacedFrame(frame);
+    return bitmapLayoutFor(pixelFormatModeValue.load(), is10bitModeValue);
+}
+
 void MyCAOpenGLLayer::addBitmapDataToQueueWithAVFrame(const AVFrame *frame, double ptsSec,
                                                       double /*fps*/) {
-    noteInterlacedFrame(frame);
-    const BitmapLayout layout = bitmapLayoutFor(pixelFormatModeValue.load(), is10bitModeValue);
-    BitmapBytes bitmap(bitmapByteCountFor(layout, frame->width, frame->height));
-    if (frameFitsLayout(*frame, layout)) {
-        convertPictureToBitmap(layout, planarViewOf(*frame), frame->top_field_first != 0,
-                               bitmap.data());
+    const bool isHardware = isHardwareFrame(frame);
+    const BitmapLayout layout =
+        isHardware ? BitmapLayout::Nv12From420p8 : softwareLayoutNotingInterlacing(frame);
+    BitmapBytes bitmap;
+    if (isHardware) {
+        bitmap = downloadHardwarePicture(frame);
     } else {
-        // A picture the layout cannot read is shown blank, keeping its time slot.
-        std::fill(bitmap.begin(), bitmap.end(), std::uint8_t{0});
+        bitmap.resize(bitmapByteCountFor(layout, frame->width, frame->height));
+        if (frameFitsLayout(*frame, layout)) {
+            convertPictureToBitmap(layout, planarViewOf(*frame), frame->top_field_first != 0,
+                                   bitmap.data());
+        } else {
+            // A picture the layout cannot read is shown blank, keeping its time slot.
+            std::fill(bitmap.begin(), bitmap.end(), std::uint8_t{0});
+        }
     }
 
     NamedLockGuard lock(bitmapDataQueueMutex);

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "base/log.h"
+#include "engine/video/hardware/nv12_bitmap.h"
 
 namespace tolvane {
 
@@ -210,6 +211,18 @@ void VideoPictureRenderer::drawPicture(const PictureView &picture, QSize viewpor
     if (rows < 1 || bitmapBytesToDraw(picture) > picture.byteCount) {
         return;
     }
+    if (layout == PictureLayout::Nv12) {
+        FramePlanesView frame;
+        frame.layout = FramePlaneLayout::Nv12;
+        frame.width = picture.width;
+        frame.height = picture.height;
+        frame.planes = {picture.data,
+                        picture.data + nv12ChromaOffsetFor(picture.width, picture.height), nullptr};
+        frame.bytesPerLine = {picture.width, nv12ChromaRowBytesFor(picture.width), 0};
+        frame.matrix = colourMatrixForHeight(picture.height);
+        drawPlanesWithExposure(frame, viewportPixels, float(std::exp2(exposureEVFor(layout))));
+        return;
+    }
     GLint targetFramebuffer = 0;
     gl.glGetIntegerv(GL_FRAMEBUFFER_BINDING, &targetFramebuffer);
     gl.glDisable(GL_BLEND);
@@ -233,6 +246,11 @@ void VideoPictureRenderer::drawPicture(const PictureView &picture, QSize viewpor
 }
 
 void VideoPictureRenderer::drawFramePlanes(const FramePlanesView &frame, QSize viewportPixels) {
+    drawPlanesWithExposure(frame, viewportPixels, 1.0f);
+}
+
+void VideoPictureRenderer::drawPlanesWithExposure(const FramePlanesView &frame,
+                                                  QSize viewportPixels, float exposureGain) {
     if (!initialized || frame.width < 2 || frame.height < 2 || frame.planes[0] == nullptr) {
         return;
     }
@@ -285,6 +303,7 @@ void VideoPictureRenderer::drawFramePlanes(const FramePlanesView &frame, QSize v
     convertPlanesProgram->setUniformValue("yuvToRgb",
                                           yuvToRgbMatrix(frame.matrix, frame.isFullRange));
     convertPlanesProgram->setUniformValue("lumaOffset", frame.isFullRange ? 0.0f : 16.0f / 255.0f);
+    convertPlanesProgram->setUniformValue("exposureGain", exposureGain);
     quadArray.bind();
     gl.glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
     quadArray.release();

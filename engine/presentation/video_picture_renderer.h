@@ -33,7 +33,8 @@ public:
     bool isInitialized() const { return initialized; }
 
     // Draws `picture` filling a viewport of `viewportPixels` in the currently
-    // bound framebuffer. A picture without data draws nothing.
+    // bound framebuffer. A picture without data draws nothing. NV12 pictures
+    // (hardware-decoded) go through the plane conversion, with their exposure.
     void drawPicture(const PictureView &picture, QSize viewportPixels);
     // Draws a frame handed over as planes (Native mode), converted on the GPU
     // like the engine's bitmaps but without the exposure adjustment: the
@@ -61,6 +62,8 @@ private:
                      int bytesPerPixel, const unsigned char *data, int bytesPerLine);
     void ensureConvertedPicture(QSize size);
     void presentConvertedPicture(GLuint targetFramebuffer, QSize viewportPixels);
+    void drawPlanesWithExposure(const FramePlanesView &frame, QSize viewportPixels,
+                                float exposureGain);
 
     QOpenGLExtraFunctions gl;
     std::unique_ptr<QOpenGLShaderProgram> convertProgram;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcessEnvironment>
@@ -100,6 +101,56 @@ TEST(ProbeCommands, PlaySeeksIntoTheLastTwoSecondsAndStopsAfterTheGivenTime) {
     EXPECT_GE(clockStartSec, 8.020);
     EXPECT_LE(clockStartSec, 8.021 + 1.0 / 59.0 + 0.001);
     EXPECT_FALSE(run.json["outputStopped"].toBool(true)) << "stopped by --for, not the end";
+}
+
+// Where no hardware device opens (a machine without GPU), the setting falls
+// back to software for every file: each fixture gives the same pictures,
+// times and checksums with it on as with it off, to the last picture.
+TEST(ProbeCommands, HardwareSettingWithoutDeviceDecodesEveryFixtureAsSoftware) {
+    const QStringList fixtures =
+        QDir(QStringLiteral(TOLVANE_TEST_MEDIA_DIR)).entryList(QDir::Files, QDir::Name);
+    ASSERT_GT(fixtures.size(), 20);
+    int compared = 0;
+    for (const QString &fixture : fixtures) {
+        const QString path = mediaPath(fixture.toUtf8().constData());
+        const test::ProbeRun tracks = runProbe({"tracks", path});
+        if (tracks.json["isMacSupportH264Acc"].toBool()) {
+            continue;  // a device works here: its pictures are NV12 by design
+        }
+        const test::ProbeRun on =
+            runProbe({"frames", path, "--count", "1000", "--hardware-decoding", "on"});
+        const test::ProbeRun off =
+            runProbe({"frames", path, "--count", "1000", "--hardware-decoding", "off"});
+        EXPECT_EQ(on.exitCode, off.exitCode) << fixture.toStdString();
+        EXPECT_EQ(on.standardOutput, off.standardOutput) << fixture.toStdString();
+        ++compared;
+    }
+    if (compared == 0) {
+        GTEST_SKIP() << "every H.264 fixture is decoded by this machine's device";
+    }
+}
+
+TEST(ProbeCommands, TracksSaysWhetherHardwareDecodingWouldBeUsedAndWhyNot) {
+    struct Case {
+        const char *file;
+        const char *reasonStart;  // when no device works here
+    };
+    const Case cases[] = {
+        {"h264_aac.mkv", "no device: "},
+        {"short_hevc_aac.mkv", "the video is hevc, not H.264"},
+        {"h264_10bit_420.mkv", "the pictures are yuv420p10le, not yuv420p"},
+    };
+    for (const Case &c : cases) {
+        const test::ProbeRun run = runProbe({"tracks", mediaPath(c.file)});
+        ASSERT_EQ(run.exitCode, 0) << c.file;
+        const bool isHardware = run.json["isMacSupportH264Acc"].toBool();
+        const QString reason = run.json["hardwareDecodingReason"].toString();
+        EXPECT_EQ(isHardware, reason.isEmpty()) << c.file;
+        if (!isHardware) {
+            EXPECT_TRUE(reason.startsWith(QLatin1String(c.reasonStart)))
+                << c.file << ": " << reason.toStdString();
+        }
+    }
 }
 
 }  // namespace

@@ -27,11 +27,17 @@ QString crc32Of(const BitmapBytes &bytes) {
 int runFramesCommand(const QStringList &arguments) {
     QString path;
     int count = kDefaultFrameCount;
+    bool isUseH264Acc = true;
     bool usageOk = true;
     for (int i = 0; i < arguments.size(); ++i) {
         if (arguments[i] == QLatin1String("--count") && i + 1 < arguments.size()) {
             count = arguments[++i].toInt(&usageOk);
             usageOk = usageOk && count >= 0;
+        } else if (arguments[i] == QLatin1String("--hardware-decoding") &&
+                   i + 1 < arguments.size()) {
+            const QString value = arguments[++i];
+            usageOk = value == QLatin1String("on") || value == QLatin1String("off");
+            isUseH264Acc = value == QLatin1String("on");
         } else if (path.isEmpty() && !arguments[i].startsWith(QLatin1String("--"))) {
             path = arguments[i];
         } else {
@@ -42,11 +48,13 @@ int runFramesCommand(const QStringList &arguments) {
         }
     }
     if (!usageOk || path.isEmpty()) {
-        QTextStream(stderr) << "usage: tolvane-probe frames FILE [--count N]\n";
+        QTextStream(stderr)
+            << "usage: tolvane-probe frames FILE [--count N] [--hardware-decoding on|off]\n";
         return 2;
     }
 
     MyCAOpenGLLayer engine;
+    engine.setIsUseH264Acc(isUseH264Acc);
     const QString result = engine.openMovieFile(path);
     if (result != QLatin1String(kOpenSucceeded)) {
         printJson(QVariantMap{{QStringLiteral("result"), result}});

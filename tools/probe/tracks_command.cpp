@@ -20,6 +20,10 @@ int runTracksCommand(const QStringList &arguments) {
         {QStringLiteral("pixelFormatMode"), engine.pixelFormatMode()},
         {QStringLiteral("isUglyKeyframe"), engine.isUglyKeyframe()},
         {QStringLiteral("isQuad"), engine.isQuad()},
+        // Whether hardware decoding would be used with the setting on, and why not.
+        {QStringLiteral("isMacSupportH264Acc"), engine.isMacSupportH264Acc()},
+        {QStringLiteral("hardwareDecodingReason"), engine.hardwareDecodingReason()},
+        {QStringLiteral("flagMessPTS"), engine.flagMessPTS()},
         {QStringLiteral("durationSecOfMovieFile"),
          MyCAOpenGLLayer::durationSecOfMovieFile(arguments.first())},
     });
