@@ -5,13 +5,13 @@
 
 #include <SDL.h>
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <cstdlib>
 #include <cstring>
 #include <map>
 #include <mutex>
-#include <stop_token>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -107,7 +107,7 @@ public:
           context_(context),
           stream_(std::size_t(request.framesPerCallback) * std::size_t(request.channels) *
                   std::size_t(bytesOfSampleType(request.type))) {
-        thread_ = std::jthread([this](std::stop_token stop) { run(stop); });
+        thread_ = std::thread([this] { run(); });
     }
     ~SilentPacer() { stop(); }
     SilentPacer(const SilentPacer &) = delete;
@@ -115,8 +115,12 @@ public:
 
     // Waits for a callback in progress.
     void stop() {
+        {
+            std::lock_guard lock(mutex_);
+            isStopping_ = true;
+        }
+        wake_.notify_all();
         if (thread_.joinable()) {
-            thread_.request_stop();
             thread_.join();
         }
     }
@@ -131,7 +135,7 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
-    void run(std::stop_token stop) {
+    void run() {
         // Deadlines count whole frames from an anchor, so the pace does not
         // drift with rounding however long playback runs.
         const auto period = std::chrono::duration_cast<Clock::duration>(
@@ -139,9 +143,10 @@ private:
         Clock::time_point anchor = Clock::now();
         std::int64_t framesSinceAnchor = 0;
         std::unique_lock lock(mutex_);
-        while (!stop.stop_requested()) {
+        while (!isStopping_) {
             if (isPaused_) {
-                if (!wake_.wait(lock, stop, [this] { return !isPaused_; })) {
+                wake_.wait(lock, [this] { return !isPaused_ || isStopping_; });
+                if (isStopping_) {
                     break;
                 }
                 anchor = Clock::now();
@@ -164,7 +169,7 @@ private:
                 framesSinceAnchor = 0;
                 continue;
             }
-            wake_.wait_until(lock, stop, due, [] { return false; });
+            wake_.wait_until(lock, due, [this] { return isStopping_.load(); });
         }
     }
 
@@ -174,9 +179,15 @@ private:
     void *const context_;
     std::vector<std::uint8_t> stream_;  // used by the thread only
     std::mutex mutex_;
-    std::condition_variable_any wake_;
-    bool isPaused_ = true;  // guarded by mutex_
-    std::jthread thread_;   // last, so that it starts after everything it uses
+    // A plain flag rather than std::jthread's stop token: libstdc++ 12's
+    // stop_callback reads the requesting thread's id unlocked, which
+    // ThreadSanitizer reports at every stop.
+    std::condition_variable wake_;
+    // Written under mutex_ and then woken. Atomic as well: ThreadSanitizer
+    // reported the pacer's reads after a wait as racing with those writes.
+    std::atomic<bool> isPaused_{true};
+    std::atomic<bool> isStopping_{false};
+    std::thread thread_;  // last, so that it starts after everything it uses
 };
 
 // Silent devices by id, for the pause calls, which may race with closing.

@@ -319,7 +319,9 @@ TEST_F(ControllerTest, PlaylistRowsNeverWaitForTheDurationsOfTheirFiles) {
         },
         kEventBoundMs));
     EXPECT_NEAR(c.playlistRows()[0].playedFraction, 0.5, 0.02);
-    EXPECT_EQ(c.playlistRows()[1].playedFraction, 0.0);
+    // Just opened: at most the first picture's time, depending on when the
+    // durations came.
+    EXPECT_NEAR(c.playlistRows()[1].playedFraction, 0.0, 0.01);
 }
 
 TEST_F(ControllerTest, StoredPositionsResumeThreeSecondsEarlierBeyondThreeSeconds) {

@@ -73,6 +73,13 @@ public:
 // in the platform player, whose frames the view's renderer draws, and the
 // captions follow the controller's clock in the overlay above them.
 TEST(NativeModePlaybackTest, PlaysAnMp4ToItsEndWithCaptionsOverThePicture) {
+#if defined(__SANITIZE_THREAD__)
+    // The caption is up for 1.6 s of real-time playback; slowed down by the
+    // instrumentation, the platform player drops every late picture and the
+    // overlay misses the caption. The player itself is covered by
+    // native_player_tests there.
+    GTEST_SKIP() << "real-time playback under ThreadSanitizer";
+#endif
     test::clearTolvaneSettings();
     QTemporaryDir folder;
     const QString video = folder.filePath(QStringLiteral("clip.mp4"));
