@@ -26,9 +26,6 @@ namespace tolvane {
 namespace {
 
 constexpr QRect kScreen{0, 0, 1920, 1080};
-// What a wait for an event of the event loop allows: a bound against hangs,
-// never a measure of speed.
-constexpr int kEventBoundMs = 60000;
 
 // One controller as the application runs it, with scripted alerts, a scripted
 // Native-mode player and a counting display-sleep assertion.
@@ -312,12 +309,7 @@ TEST_F(ControllerTest, PlaylistRowsNeverWaitForTheDurationsOfTheirFiles) {
     ASSERT_EQ(c.playlist().indexPlay, 1);
 
     EXPECT_EQ(c.playlistRows()[0].playedFraction, 0.0) << "not known yet";
-    ASSERT_TRUE(test::waitUntil(
-        [&] {
-            QCoreApplication::processEvents();
-            return rowChanges > 0;
-        },
-        kEventBoundMs));
+    ASSERT_TRUE(test::processEventsUntil([&] { return rowChanges > 0; }));
     EXPECT_NEAR(c.playlistRows()[0].playedFraction, 0.5, 0.02);
     EXPECT_EQ(c.playlistRows()[1].playedFraction, 0.0);
 }
@@ -441,12 +433,7 @@ TEST_F(ControllerTest, AWatchedEpisodeMovesOnCanBeResetAndGoesToTheTrash) {
     EXPECT_FALSE(c.menuState().isMoveToTrashEnabled);
 
     // The movie timer runs with the event loop: the end of episode 1 starts episode 2.
-    ASSERT_TRUE(test::waitUntil(
-        [&] {
-            QCoreApplication::processEvents();
-            return c.playlist().indexPlay == 1;
-        },
-        kEventBoundMs));
+    ASSERT_TRUE(test::processEventsUntil([&] { return c.playlist().indexPlay == 1; }));
     EXPECT_EQ(c.playlistRows()[0].isDone, true);
     EXPECT_TRUE(c.menuState().isMoveToTrashEnabled);
     EXPECT_TRUE(
@@ -463,12 +450,7 @@ TEST_F(ControllerTest, AWatchedEpisodeMovesOnCanBeResetAndGoesToTheTrash) {
         PlayedStateRecords::readTotalFdFlsData().ttfile.contains(tree.path("show/Show 01.mkv")));
 
     c.doubleClickedAtTableView(0);
-    ASSERT_TRUE(test::waitUntil(
-        [&] {
-            QCoreApplication::processEvents();
-            return c.playlist().indexPlay == 1;
-        },
-        kEventBoundMs));
+    ASSERT_TRUE(test::processEventsUntil([&] { return c.playlist().indexPlay == 1; }));
     c.moveToTrash();
     EXPECT_FALSE(QFile::exists(tree.path("show/Show 01.mkv")));
     EXPECT_EQ(c.playlist().playList.size(), 1);
