@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
 #include <QFile>
 #include <QMetaEnum>
 #include <QTimer>
@@ -20,7 +19,6 @@ namespace {
 using Outcome = NativeModePlayer::LoadOutcome;
 constexpr int kAnswerFFmpeg = 0;
 constexpr int kAnswerCancel = 1;
-constexpr int kEventBoundMs = 60000;  // a bound against hangs, never a measure of speed
 // Later than the end of a run of seek presses falls due (0.1 s after the last).
 constexpr std::chrono::milliseconds kAfterSeekRunEnd{500};
 
@@ -242,13 +240,7 @@ TEST_F(NativeModeTest, TransportControlsDriveTheNativePlayer) {
             // run's end, which falls due a moment after the last press.
             bool isAfterTheRunsEnd = false;
             QTimer::singleShot(kAfterSeekRunEnd, [&] { isAfterTheRunsEnd = true; });
-            ASSERT_TRUE(test::waitUntil(
-                [&] {
-                    QCoreApplication::processEvents();
-                    return isAfterTheRunsEnd;
-                },
-                kEventBoundMs))
-                << c.what;
+            ASSERT_TRUE(test::processEventsUntil([&] { return isAfterTheRunsEnd; })) << c.what;
         }
         EXPECT_EQ(native->seeks, c.seeks) << c.what;
         EXPECT_EQ(native->rates, c.rates) << c.what;

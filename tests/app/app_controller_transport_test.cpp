@@ -15,32 +15,19 @@ protected:
     void SetUp() override {
         harness.open({"long_h264_aac.mkv"});
         ASSERT_EQ(controller().pictureMode(), PictureMode::ffmpeg);
-        collectSeekTargets();
+        QObject::connect(&controller(), &AppController::seeked,
+                         [this](double sec) { seekTargets.append(sec); });
     }
     AppController &controller() { return *harness.controller; }
     MyCAOpenGLLayer &engine() { return controller().engine(); }
     double position() { return controller().transportState().positionSec; }
-    void collectSeekTargets() {
-        QObject::connect(&controller(), &AppController::seeked,
-                         [this](double sec) { seekTargets.append(sec); });
-    }
-    // Puts the player at `sec`, paused, with no run of seeks pending.
-    void pauseAt(double sec) {
-        if (engine().rate() != 0.0) {
-            controller().clickPlayPauseButton();
-        }
-        controller().clickTimeSlider(sec);
-        controller().restorePlayRate();
-    }
 
     test::ControllerHarness harness{QRect(0, 0, 1280, 800)};
     QList<double> seekTargets;
 };
 
 TEST_F(ControllerTransport, HoldingForwardPausesOnceAndResumesAtTheOldRate) {
-    pauseAt(1.0);
-    controller().clickPlayPauseButton();
-    ASSERT_EQ(engine().rate(), 1.0);
+    ASSERT_EQ(engine().rate(), 1.0) << "playing from the open";
     for (int press = 1; press <= 3; ++press) {
         const double before = position();
         controller().clickForwardMenu();
@@ -89,21 +76,12 @@ TEST_F(ControllerTransport, VolumeReachesTheEngineAndMuteKeepsTheStoredLevel) {
     EXPECT_FLOAT_EQ(engine().volume(), 4.9f);
 }
 
-TEST(ControllerSizing, OpeningSizesTheWindowToTheFileOnA1280x800Screen) {
+// The file is 320 x 240: the window opens at the 640 minimum, at its ratio.
+TEST(ControllerSizing, OpeningSizesTheWindowToTheFile) {
     test::ControllerHarness harness(QRect(0, 0, 1280, 800));
-    const struct {
-        const char *fixture;
-        QSize expected;
-    } cases[] = {
-        {"h264_aac.mkv", {640, 480}},      // 320 x 240: the 640 minimum
-        {"h264_640x360.mkv", {640, 360}},  // at the minimum already
-    };
-    for (const auto &c : cases) {
-        harness.requestedFrames.clear();
-        harness.open({c.fixture});
-        ASSERT_FALSE(harness.requestedFrames.isEmpty()) << c.fixture;
-        EXPECT_EQ(harness.requestedFrames.last().size(), c.expected) << c.fixture;
-    }
+    harness.open({"h264_aac.mkv"});
+    ASSERT_FALSE(harness.requestedFrames.isEmpty());
+    EXPECT_EQ(harness.requestedFrames.last().size(), QSize(640, 480));
 }
 
 TEST(ControllerSizing, RatioAndSizeCommandsOnA16x9Screen) {

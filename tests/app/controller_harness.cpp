@@ -1,26 +1,11 @@
 #include "controller_harness.h"
 
-#include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QFile>
-#include <QThread>
 
 #include "app_test_support.h"
 #include "support/test_media.h"
 
 namespace tolvane::test {
-
-bool processEventsUntil(const std::function<bool()> &condition, int timeoutMs) {
-    QDeadlineTimer deadline(timeoutMs);
-    while (!condition()) {
-        if (deadline.hasExpired()) {
-            return false;
-        }
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-        QThread::msleep(5);
-    }
-    return true;
-}
 
 ControllerHarness::ControllerHarness(const QRect &screen) {
     clearTolvaneSettings();
@@ -42,15 +27,11 @@ ControllerHarness::ControllerHarness(const QRect &screen) {
                          controller->windowDidMoveOrResize(kind, frame);
                      });
     c.awakeFromNib();
-    setScreen(screen);
+    c.setScreens({ScreenGeometry{screen, screen}}, 0);
     c.windowDidMoveOrResize(WindowKind::show, QRect(QPoint(0, 0), QSize(960, 540)));
 }
 
 ControllerHarness::~ControllerHarness() { controller->applicationWillTerminate(); }
-
-void ControllerHarness::setScreen(const QRect &screen) {
-    controller->setScreens({ScreenGeometry{screen, screen}}, 0);
-}
 
 QString ControllerHarness::copiedPath(const QString &fixtureName) {
     const QString path = media.filePath(fixtureName);

@@ -14,10 +14,6 @@
 
 namespace tolvane::test {
 
-// Runs the event loop until `condition` holds; false when it did not within
-// `timeoutMs` (a bound against hanging, never a measure of speed).
-bool processEventsUntil(const std::function<bool()> &condition, int timeoutMs = 60000);
-
 // A controller driven without a window: the windows it asks for take the
 // frames asked (as the views would) and report them back; messages and
 // requested frames are kept for the test to read.
@@ -30,7 +26,6 @@ public:
     // that the playlist holds them and no other video.
     void open(const QStringList &fixtureNames);
     QString copiedPath(const QString &fixtureName);
-    void setScreen(const QRect &screen);
 
     QTemporaryDir media;
     ScriptedUserInteraction interaction;  // unscripted, a question gets its first button

@@ -8,6 +8,7 @@
 #include <memory>
 #include <mutex>
 
+#include "app_test_support.h"
 #include "support/test_media.h"
 
 namespace tolvane {
@@ -63,12 +64,8 @@ TEST(PlaylistDurations, AskingNeverWaitsForTheFileAndEachIsReadOnce) {
         }
     }
     gate->open();
-    ASSERT_TRUE(test::waitUntil(
-        [&] {
-            QCoreApplication::processEvents();
-            return durations.durationSecOf("/broken.mkv").has_value();
-        },
-        kEventBoundMs));
+    ASSERT_TRUE(test::processEventsUntil(
+        [&] { return durations.durationSecOf("/broken.mkv").has_value(); }));
     EXPECT_EQ(durations.durationSecOf("/a.mkv"), 360.0);
     EXPECT_EQ(durations.durationSecOf("/bb.mkv"), 420.0);
     EXPECT_EQ(durations.durationSecOf("/broken.mkv"), -100.0);

@@ -46,7 +46,7 @@ public:
 class ScriptedNativeModePlayer final : public NativeModePlayer {
 public:
     void load(const QString &path, std::chrono::milliseconds) override { loadedPaths.append(path); }
-    void cancelLoading() override { ++cancelCount; }
+    void cancelLoading() override {}
     void unload() override { isLoaded = false; }
     bool hasMedia() const override { return isLoaded; }
     double rate() const override { return rateValue; }
@@ -75,7 +75,6 @@ public:
     std::vector<double> seeks;
     std::vector<double> rates;  // every setRate, in order
     std::vector<float> volumes;
-    int cancelCount = 0;
     bool isLoaded = false;
     double rateValue = 0.0;
     double timeSec = 0.0;

@@ -114,6 +114,12 @@ TEST(WindowSizing, SizeCommandsStepSixteenPixelsTenTimes) {
          2.35,
          kPanelled16x10,
          std::nullopt},
+        {"at the full height an increase does nothing",
+         {100, 0, 1067, 800},
+         +10,
+         k4x3,
+         kScreen16x10,
+         std::nullopt},
         {"a grown window is pulled back onto the screen",
          {900, 500, 960, 540},
          +10,
@@ -180,20 +186,6 @@ TEST(WindowSizing, VisibleOriginPullsTheWindowOntoTheScreen) {
         EXPECT_EQ(result.origin, c.origin) << c.name;
         EXPECT_EQ(result.isUnmoved, c.isUnmoved) << c.name;
     }
-}
-
-TEST(WindowSizing, PredicatesAndRatioRect) {
-    EXPECT_TRUE(isMaximumSize({1280, 545}, kScreen16x10));
-    EXPECT_TRUE(isMaximumSize({1000, 800}, kScreen16x10));
-    EXPECT_FALSE(isMaximumSize({1279, 799}, kScreen16x10));
-    EXPECT_TRUE(isOverSize({1281, 10}, kScreen16x10));
-    EXPECT_FALSE(isOverSize({1280, 800}, kScreen16x10));
-    EXPECT_TRUE(isMinimumSize({640, 1}));
-    EXPECT_TRUE(isRealSize({640, 360}, {640, 360}));
-    EXPECT_FALSE(isRealSize({640, 361}, {640, 360}));
-
-    EXPECT_EQ(ratioRect({10, 20, 960, 540}, k16x9), QRect(10, 20, 960, 540));
-    EXPECT_EQ(ratioRect({10, 20, 960, 540}, 2.35), QRect(10, 20, 960, 409));
 }
 
 }  // namespace

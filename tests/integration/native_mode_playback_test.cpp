@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QImage>
 #include <QTemporaryDir>
@@ -9,8 +7,8 @@
 #include "app/app_controller.h"
 #include "app/app_test_support.h"
 #include "app/native/qt_native_mode_player.h"
+#include "app/scripted_services.h"
 #include "app/user_defaults.h"
-#include "app/user_interaction.h"
 #include "subtitles/my_subtitle.h"
 #include "support/test_media.h"
 #include "views/caption_overlay.h"
@@ -24,18 +22,6 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr const char *kCaption = "1\n00:00:00,300 --> 00:00:01,900\nWWWW WWWW\n";
-
-bool spinUntil(const std::function<bool()> &condition, int timeoutMs = 60000) {
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition()) {
-        if (timer.elapsed() > timeoutMs) {
-            return false;
-        }
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
-    }
-    return true;
-}
 
 int countPixels(const QImage &image, int firstRow, int endRow,
                 const std::function<bool(int x, int y)> &counts) {
@@ -53,21 +39,6 @@ bool differs(QRgb a, QRgb b) {
                std::abs(qBlue(a) - qBlue(b)) >
            60;
 }
-
-// Answers every question with CANCEL (so that no switch to FFmpeg mode can
-// hide a failure) and remembers what was asked.
-class ScriptedUserInteraction final : public UserInteraction {
-public:
-    void showAlert(const QString &title, const QString &informativeText) override {
-        asked.append(title + QLatin1Char(' ') + informativeText);
-    }
-    int askChoice(const QString &title, const QString &informativeText,
-                  const QStringList &buttons) override {
-        asked.append(title + QLatin1Char(' ') + informativeText);
-        return int(buttons.size()) - 1;
-    }
-    QStringList asked;
-};
 
 // The road of a Native-mode file as a user opens it: the controller loads it
 // in the platform player, whose frames the view's renderer draws, and the
@@ -88,7 +59,8 @@ TEST(NativeModePlaybackTest, PlaysAnMp4ToItsEndWithCaptionsOverThePicture) {
     ASSERT_TRUE(srt.open(QIODevice::WriteOnly) && srt.write(kCaption) > 0);
     srt.close();
 
-    ScriptedUserInteraction interaction;
+    // Every question is answered CANCEL: no switch to FFmpeg mode can hide a failure.
+    test::ScriptedUserInteraction interaction;
     auto nativePlayer = std::make_unique<QtNativeModePlayer>();
     QtNativeModePlayer &player = *nativePlayer;
     AppController::Services services;
@@ -108,14 +80,16 @@ TEST(NativeModePlaybackTest, PlaysAnMp4ToItsEndWithCaptionsOverThePicture) {
     view.setPictureSource(&source);
     view.resize(480, 360);
     view.show();
-    spinUntil([] { return false; }, 100);
+    test::processEventsUntil([] { return false; }, 100);
     if (!view.context() || !view.context()->isValid()) {
         GTEST_SKIP() << "no OpenGL context for a widget here";
     }
 
     controller.finallyOpenFilesFolders({QUrl::fromLocalFile(video)});
-    ASSERT_TRUE(spinUntil([&] { return controller.pictureMode() == PictureMode::native; }))
-        << "asked: " << interaction.asked.join(u'|').toStdString();
+    ASSERT_TRUE(test::processEventsUntil([&] {
+        return controller.pictureMode() == PictureMode::native;
+    })) << "asked: "
+        << interaction.titles().join(u'|').toStdString();
     ASSERT_EQ(controller.subtitle().entryCount(), 1) << "the caption file beside the video";
     const subtitles::MySubtitle &subtitle = controller.subtitle();
     overlay.setLayoutSettings({.viewSize = subtitle.viewSize,
@@ -126,8 +100,10 @@ TEST(NativeModePlaybackTest, PlaysAnMp4ToItsEndWithCaptionsOverThePicture) {
     const auto framesDrawn = [&source] {
         return source.planeDrawCount() + source.convertedDrawCount();
     };
-    ASSERT_TRUE(spinUntil([&] { return !overlay.shownGroups().empty() && framesDrawn() > 5; }))
-        << "frames drawn: " << framesDrawn();
+    ASSERT_TRUE(test::processEventsUntil([&] {
+        return !overlay.shownGroups().empty() && framesDrawn() > 5;
+    })) << "frames drawn: "
+        << framesDrawn();
     // The composed window first (it may draw a pending frame), then the
     // picture alone: the same frame, so what differs is the captions.
     const QImage shown = view.grab().toImage().convertToFormat(QImage::Format_RGB32);
@@ -147,10 +123,11 @@ TEST(NativeModePlaybackTest, PlaysAnMp4ToItsEndWithCaptionsOverThePicture) {
     EXPECT_GT(source.planeDrawCount(), 0) << "YUV frames go up as planes";
 
     // At the end the controller marks the item watched.
-    ASSERT_TRUE(spinUntil([&] { return controller.playlist().playList.value(0).playDone; }))
-        << "the end was never reached";
+    ASSERT_TRUE(test::processEventsUntil([&] {
+        return controller.playlist().playList.value(0).playDone;
+    })) << "the end was never reached";
     EXPECT_EQ(player.rate(), 0.0);
-    EXPECT_TRUE(interaction.asked.isEmpty()) << interaction.asked.join(u'|').toStdString();
+    EXPECT_TRUE(interaction.shown.isEmpty()) << interaction.titles().join(u'|').toStdString();
     captions.stop();
     view.setPictureSource(nullptr);
     controller.applicationWillTerminate();
