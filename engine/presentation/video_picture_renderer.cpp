@@ -264,15 +264,11 @@ void VideoPictureRenderer::drawPlanesWithExposure(const FramePlanesView &frame,
             return;
         }
     }
-    GLint targetFramebuffer = 0;
-    gl.glGetIntegerv(GL_FRAMEBUFFER_BINDING, &targetFramebuffer);
     gl.glDisable(GL_BLEND);
 
     const QSize size(frame.width, frame.height);
     const QSize chromaSize((frame.width + 1) / 2, (frame.height + 1) / 2);
     gl.glActiveTexture(GL_TEXTURE0);
-    // First: making the target binds its texture to the active unit.
-    ensureConvertedPicture(size);
     if (isYuv) {
         uploadPlane(planeTextures[0], size, GL_R8, GL_RED, 1, frame.planes[0],
                     frame.bytesPerLine[0]);
@@ -292,14 +288,15 @@ void VideoPictureRenderer::drawPlanesWithExposure(const FramePlanesView &frame,
                     frame.bytesPerLine[0]);
     }
 
-    convertedPicture->bind();
-    gl.glViewport(0, 0, frame.width, frame.height);
+    // One pass straight into the bound framebuffer: the planes' linear
+    // filtering scales them to the viewport while they are converted, so
+    // no pixel is shaded at the picture's own size.
+    gl.glViewport(0, 0, viewportPixels.width(), viewportPixels.height());
     convertPlanesProgram->bind();
     convertPlanesProgram->setUniformValue("plane0", 0);
     convertPlanesProgram->setUniformValue("plane1", 1);
     convertPlanesProgram->setUniformValue("plane2", 2);
     convertPlanesProgram->setUniformValue("planeLayout", int(frame.layout));
-    convertPlanesProgram->setUniformValue("pictureSize", QSizeF(size));
     convertPlanesProgram->setUniformValue("yuvToRgb",
                                           yuvToRgbMatrix(frame.matrix, frame.isFullRange));
     convertPlanesProgram->setUniformValue("lumaOffset", frame.isFullRange ? 0.0f : 16.0f / 255.0f);
@@ -308,7 +305,7 @@ void VideoPictureRenderer::drawPlanesWithExposure(const FramePlanesView &frame,
     gl.glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
     quadArray.release();
     convertPlanesProgram->release();
-    presentConvertedPicture(GLuint(targetFramebuffer), viewportPixels);
+    gl.glActiveTexture(GL_TEXTURE0);
 }
 
 }  // namespace tolvane

@@ -14,9 +14,11 @@
 
 namespace tolvane {
 
-// Draws converted pictures with OpenGL 3.3: the bitmap is uploaded in its own
-// layout, turned into RGB with exposure in a first pass at the picture's size,
-// then stretched over the viewport with linear filtering.
+// Draws converted pictures with OpenGL 3.3. Pictures held as planes (NV12
+// bitmaps, Native mode's frames) are converted and scaled in one pass over the
+// viewport. The packed and RGB bitmaps, which cannot be filtered as they are
+// stored, are turned into RGB with exposure in a first pass at the picture's
+// size, then stretched over the viewport with linear filtering.
 //
 // Thread-safety: every call needs the same OpenGL context current on the
 // calling thread; create, draw and release on that thread.

@@ -1,19 +1,20 @@
 #version 330 core
-// Pass 1 for frames handed over as planes: one fragment per picture pixel,
-// turned into RGB. Chroma planes are sampled with linear filtering, which
-// upsamples 4:2:0 chroma to the luma grid. Output row r holds picture row r.
-// The exposure adjustment, in linear light, is 1 (none) for the platform
+// Pictures held as planes, drawn in a single pass over the whole viewport:
+// every plane is sampled with linear filtering, which scales the picture to
+// the viewport and upsamples 4:2:0 chroma to the luma grid, then turned into
+// RGB. The top of the picture is drawn at the top of the viewport. The
+// exposure adjustment, in linear light, is 1 (none) for the platform
 // player's frames.
 
 uniform sampler2D plane0;
 uniform sampler2D plane1;
 uniform sampler2D plane2;
 uniform int planeLayout;   // 0 Y U V planes, 1 Y plane + U V pairs, 2 RGBA, 3 BGRA
-uniform vec2 pictureSize;  // pixels
 uniform mat3 yuvToRgb;     // applied to (Y - lumaOffset, U - 128/255, V - 128/255)
 uniform float lumaOffset;
 uniform float exposureGain;  // 2^EV
 
+in vec2 texCoord;
 out vec4 fragColour;
 
 vec3 srgbToLinear(vec3 c) {
@@ -25,7 +26,7 @@ vec3 linearToSrgb(vec3 c) {
 }
 
 void main() {
-    vec2 at = gl_FragCoord.xy / pictureSize;
+    vec2 at = vec2(texCoord.x, 1.0 - texCoord.y);
     vec3 rgb;
     if (planeLayout >= 2) {
         vec4 texel = texture(plane0, at);
