@@ -32,18 +32,29 @@ QMatrix3x3 yuvToRgbMatrix(ColourMatrix matrix, bool isFullRange = false) {
     return QMatrix3x3(rows);
 }
 
-std::unique_ptr<QOpenGLShaderProgram> buildProgram(const char *vertexPath,
-                                                   const char *fragmentPath) {
+// `definitions` go after the fragment shader's #version line.
+std::unique_ptr<QOpenGLShaderProgram> buildProgram(const char *vertexPath, const char *fragmentPath,
+                                                   const QByteArray &definitions = {}) {
     auto program = std::make_unique<QOpenGLShaderProgram>();
+    QFile fragmentFile(QString::fromLatin1(fragmentPath));
+    QByteArray fragmentSource;
+    if (fragmentFile.open(QIODevice::ReadOnly)) {
+        fragmentSource = fragmentFile.readAll();
+        fragmentSource.insert(fragmentSource.indexOf('\n') + 1, definitions);
+    }
     if (!program->addCacheableShaderFromSourceFile(QOpenGLShader::Vertex,
                                                    QString::fromLatin1(vertexPath)) ||
-        !program->addCacheableShaderFromSourceFile(QOpenGLShader::Fragment,
-                                                   QString::fromLatin1(fragmentPath)) ||
+        !program->addCacheableShaderFromSourceCode(QOpenGLShader::Fragment, fragmentSource) ||
         !program->link()) {
         logWarning(QStringLiteral("video shaders failed: %1").arg(program->log()));
         return nullptr;
     }
     return program;
+}
+
+void setExposureUniforms(QOpenGLShaderProgram &program, double exposureEV) {
+    program.setUniformValue("exposureGain", float(std::exp2(exposureEV)));
+    program.setUniformValue("exposureGainInSrgb", float(std::exp2(exposureEV / 2.4)));
 }
 
 }  // namespace
@@ -58,10 +69,17 @@ bool VideoPictureRenderer::initialize() {
     }
     gl.initializeOpenGLFunctions();
     convertProgram = buildProgram(":/shaders/picture.vert", ":/shaders/convert.frag");
-    convertPlanesProgram = buildProgram(":/shaders/picture.vert", ":/shaders/convert_planes.frag");
     presentProgram = buildProgram(":/shaders/picture.vert", ":/shaders/present.frag");
-    if (!convertProgram || !convertPlanesProgram || !presentProgram) {
+    if (!convertProgram || !presentProgram) {
         return false;
+    }
+    for (std::size_t layout = 0; layout < convertPlanesPrograms.size(); ++layout) {
+        convertPlanesPrograms[layout] = buildProgram(
+            ":/shaders/picture.vert", ":/shaders/convert_planes.frag",
+            QByteArrayLiteral("#define PLANE_LAYOUT ") + QByteArray::number(layout) + '\n');
+        if (!convertPlanesPrograms[layout]) {
+            return false;
+        }
     }
     quadArray.create();
     quadArray.bind();
@@ -97,7 +115,9 @@ void VideoPictureRenderer::release() {
     }
     quadArray.destroy();
     convertProgram.reset();
-    convertPlanesProgram.reset();
+    for (auto &program : convertPlanesPrograms) {
+        program.reset();
+    }
     presentProgram.reset();
     pictureTextureLayout.reset();
     pictureTextureSize = {};
@@ -149,13 +169,16 @@ void VideoPictureRenderer::uploadPicture(const PictureView &picture, PictureLayo
     gl.glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, size.width(), size.height(), format, type,
                        picture.data);
 
-    ensureConvertedPicture(size);
+    // Eight-bit sources convert into eight bits: a wider target only costs
+    // the software rasteriser a format conversion on every write and read.
+    ensureConvertedPicture(size, layout == PictureLayout::Rgba16 ? GL_RGBA16F : GL_RGBA8);
 }
 
-void VideoPictureRenderer::ensureConvertedPicture(QSize size) {
-    if (!convertedPicture || convertedPicture->size() != size) {
+void VideoPictureRenderer::ensureConvertedPicture(QSize size, GLenum internalFormat) {
+    if (!convertedPicture || convertedPicture->size() != size ||
+        convertedPicture->format().internalTextureFormat() != internalFormat) {
         QOpenGLFramebufferObjectFormat fboFormat;
-        fboFormat.setInternalTextureFormat(GL_RGBA16F);
+        fboFormat.setInternalTextureFormat(internalFormat);
         convertedPicture = std::make_unique<QOpenGLFramebufferObject>(size, fboFormat);
         gl.glBindTexture(GL_TEXTURE_2D, convertedPicture->texture());
         gl.glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
@@ -220,7 +243,7 @@ void VideoPictureRenderer::drawPicture(const PictureView &picture, QSize viewpor
                         picture.data + nv12ChromaOffsetFor(picture.width, picture.height), nullptr};
         frame.bytesPerLine = {picture.width, nv12ChromaRowBytesFor(picture.width), 0};
         frame.matrix = colourMatrixForHeight(picture.height);
-        drawPlanesWithExposure(frame, viewportPixels, float(std::exp2(exposureEVFor(layout))));
+        drawPlanesWithExposure(frame, viewportPixels, exposureEVFor(layout));
         return;
     }
     GLint targetFramebuffer = 0;
@@ -236,7 +259,7 @@ void VideoPictureRenderer::drawPicture(const PictureView &picture, QSize viewpor
     convertProgram->setUniformValue("pictureWidth", picture.width);
     convertProgram->setUniformValue("yuvToRgb",
                                     yuvToRgbMatrix(colourMatrixForHeight(picture.height)));
-    convertProgram->setUniformValue("exposureGain", float(std::exp2(exposureEVFor(layout))));
+    setExposureUniforms(*convertProgram, exposureEVFor(layout));
     gl.glActiveTexture(GL_TEXTURE0);
     gl.glBindTexture(GL_TEXTURE_2D, pictureTexture);
     quadArray.bind();
@@ -246,11 +269,11 @@ void VideoPictureRenderer::drawPicture(const PictureView &picture, QSize viewpor
 }
 
 void VideoPictureRenderer::drawFramePlanes(const FramePlanesView &frame, QSize viewportPixels) {
-    drawPlanesWithExposure(frame, viewportPixels, 1.0f);
+    drawPlanesWithExposure(frame, viewportPixels, 0.0);
 }
 
 void VideoPictureRenderer::drawPlanesWithExposure(const FramePlanesView &frame,
-                                                  QSize viewportPixels, float exposureGain) {
+                                                  QSize viewportPixels, double exposureEV) {
     if (!initialized || frame.width < 2 || frame.height < 2 || frame.planes[0] == nullptr) {
         return;
     }
@@ -292,19 +315,18 @@ void VideoPictureRenderer::drawPlanesWithExposure(const FramePlanesView &frame,
     // filtering scales them to the viewport while they are converted, so
     // no pixel is shaded at the picture's own size.
     gl.glViewport(0, 0, viewportPixels.width(), viewportPixels.height());
-    convertPlanesProgram->bind();
-    convertPlanesProgram->setUniformValue("plane0", 0);
-    convertPlanesProgram->setUniformValue("plane1", 1);
-    convertPlanesProgram->setUniformValue("plane2", 2);
-    convertPlanesProgram->setUniformValue("planeLayout", int(frame.layout));
-    convertPlanesProgram->setUniformValue("yuvToRgb",
-                                          yuvToRgbMatrix(frame.matrix, frame.isFullRange));
-    convertPlanesProgram->setUniformValue("lumaOffset", frame.isFullRange ? 0.0f : 16.0f / 255.0f);
-    convertPlanesProgram->setUniformValue("exposureGain", exposureGain);
+    QOpenGLShaderProgram &program = *convertPlanesPrograms[std::size_t(frame.layout)];
+    program.bind();
+    program.setUniformValue("plane0", 0);
+    program.setUniformValue("plane1", 1);
+    program.setUniformValue("plane2", 2);
+    program.setUniformValue("yuvToRgb", yuvToRgbMatrix(frame.matrix, frame.isFullRange));
+    program.setUniformValue("lumaOffset", frame.isFullRange ? 0.0f : 16.0f / 255.0f);
+    setExposureUniforms(program, exposureEV);
     quadArray.bind();
     gl.glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
     quadArray.release();
-    convertPlanesProgram->release();
+    program.release();
     gl.glActiveTexture(GL_TEXTURE0);
 }
 

@@ -62,14 +62,15 @@ private:
     void uploadPicture(const PictureView &picture, PictureLayout layout, int rows);
     void uploadPlane(PlaneTexture &texture, QSize size, GLenum internalFormat, GLenum format,
                      int bytesPerPixel, const unsigned char *data, int bytesPerLine);
-    void ensureConvertedPicture(QSize size);
+    void ensureConvertedPicture(QSize size, GLenum internalFormat);
     void presentConvertedPicture(GLuint targetFramebuffer, QSize viewportPixels);
     void drawPlanesWithExposure(const FramePlanesView &frame, QSize viewportPixels,
-                                float exposureGain);
+                                double exposureEV);
 
     QOpenGLExtraFunctions gl;
     std::unique_ptr<QOpenGLShaderProgram> convertProgram;
-    std::unique_ptr<QOpenGLShaderProgram> convertPlanesProgram;
+    // One per FramePlaneLayout, in its order.
+    std::array<std::unique_ptr<QOpenGLShaderProgram>, 4> convertPlanesPrograms;
     std::unique_ptr<QOpenGLShaderProgram> presentProgram;
     std::unique_ptr<QOpenGLFramebufferObject> convertedPicture;
     QOpenGLVertexArrayObject quadArray;

@@ -140,19 +140,33 @@ TEST_F(RendererTest, OneFieldPictureIsStretchedToTheWholeView) {
 }
 
 TEST_F(RendererTest, RgbLayoutsGetHalfAStop) {
+    // Half a stop in linear light, across sRGB's linear toe (8), the power
+    // curve and the clamp at white (250).
     const std::uint16_t rgbaPixel[4] = {65535, 0, 32768, 65535};
-    const std::uint8_t argbPixel[4] = {255, 64, 128, 0};
+    struct Case {
+        std::uint8_t argb[4];
+        QRgb expected;
+    };
+    const Case argbCases[] = {
+        {{255, 64, 128, 0}, qRgb(76, 150, 0)},
+        {{255, 8, 250, 40}, qRgb(11, 255, 48)},
+        {{255, 10, 200, 255}, qRgb(14, 233, 255)},
+    };
     std::vector<std::uint16_t> rgba16(8 * 6 * 4);
-    std::vector<std::uint8_t> argb8(8 * 6 * 4);
     for (std::size_t i = 0; i < rgba16.size(); ++i) {
         rgba16[i] = rgbaPixel[i % 4];
-        argb8[i] = argbPixel[i % 4];
     }
     const auto *rgbaBytes = reinterpret_cast<const std::uint8_t *>(rgba16.data());
     expectColourAt(draw({BitmapLayout::Rgba16From444p10, rgbaBytes, rgba16.size() * 2, 8, 6}), 0.5,
                    0.5, qRgb(255, 0, 149));
-    expectColourAt(draw({BitmapLayout::Argb8From444p10, argb8.data(), argb8.size(), 8, 6}), 0.5,
-                   0.5, qRgb(76, 150, 0));
+    for (const Case &c : argbCases) {
+        std::vector<std::uint8_t> argb8(8 * 6 * 4);
+        for (std::size_t i = 0; i < argb8.size(); ++i) {
+            argb8[i] = c.argb[i % 4];
+        }
+        expectColourAt(draw({BitmapLayout::Argb8From444p10, argb8.data(), argb8.size(), 8, 6}), 0.5,
+                       0.5, c.expected);
+    }
 }
 
 TEST_F(RendererTest, TextureIsReusedWhileTheSizeStays) {
