@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QGenericMatrix>
+#include <QVector4D>
 #include <cmath>
 
 #include "base/log.h"
@@ -70,7 +71,8 @@ bool VideoPictureRenderer::initialize() {
     gl.initializeOpenGLFunctions();
     convertProgram = buildProgram(":/shaders/picture.vert", ":/shaders/convert.frag");
     presentProgram = buildProgram(":/shaders/picture.vert", ":/shaders/present.frag");
-    if (!convertProgram || !presentProgram) {
+    overlayProgram = buildProgram(":/shaders/picture.vert", ":/shaders/overlay.frag");
+    if (!convertProgram || !presentProgram || !overlayProgram) {
         return false;
     }
     for (std::size_t layout = 0; layout < convertPlanesPrograms.size(); ++layout) {
@@ -103,12 +105,14 @@ void VideoPictureRenderer::release() {
         gl.glDeleteTextures(1, &pictureTexture);
         pictureTexture = 0;
     }
-    for (PlaneTexture &plane : planeTextures) {
-        if (plane.id != 0) {
-            gl.glDeleteTextures(1, &plane.id);
+    for (PlaneTexture *plane :
+         {&planeTextures[0], &planeTextures[1], &planeTextures[2], &overlayTexture}) {
+        if (plane->id != 0) {
+            gl.glDeleteTextures(1, &plane->id);
         }
-        plane = {};
+        *plane = {};
     }
+    overlayAreas.clear();
     if (quadBuffer != 0) {
         gl.glDeleteBuffers(1, &quadBuffer);
         quadBuffer = 0;
@@ -119,6 +123,7 @@ void VideoPictureRenderer::release() {
         program.reset();
     }
     presentProgram.reset();
+    overlayProgram.reset();
     pictureTextureLayout.reset();
     pictureTextureSize = {};
     initialized = false;
@@ -128,6 +133,71 @@ void VideoPictureRenderer::clear(QSize viewportPixels) {
     gl.glViewport(0, 0, viewportPixels.width(), viewportPixels.height());
     gl.glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
     gl.glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+}
+
+void VideoPictureRenderer::setOverlay(const QImage &overlay, const std::vector<QRect> &areas) {
+    overlayAreas.clear();
+    if (!initialized || overlay.format() != QImage::Format_RGBA8888_Premultiplied) {
+        return;
+    }
+    const QRect bounds = overlay.rect();
+    gl.glActiveTexture(GL_TEXTURE0);
+    if (overlayTexture.id == 0) {
+        gl.glGenTextures(1, &overlayTexture.id);
+    }
+    gl.glBindTexture(GL_TEXTURE_2D, overlayTexture.id);
+    if (overlayTexture.size != overlay.size()) {
+        gl.glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
+        gl.glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
+        gl.glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
+        gl.glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
+        gl.glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA8, overlay.width(), overlay.height(), 0, GL_RGBA,
+                        GL_UNSIGNED_BYTE, nullptr);
+        overlayTexture.size = overlay.size();
+    }
+    gl.glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
+    gl.glPixelStorei(GL_UNPACK_ROW_LENGTH, int(overlay.bytesPerLine() / 4));
+    for (const QRect &requested : areas) {
+        const QRect area = requested.intersected(bounds);
+        if (area.isEmpty()) {
+            continue;
+        }
+        gl.glTexSubImage2D(GL_TEXTURE_2D, 0, area.x(), area.y(), area.width(), area.height(),
+                           GL_RGBA, GL_UNSIGNED_BYTE,
+                           overlay.constScanLine(area.y()) + area.x() * 4);
+        overlayAreas.push_back(area);
+    }
+    gl.glPixelStorei(GL_UNPACK_ROW_LENGTH, 0);
+}
+
+void VideoPictureRenderer::drawOverlay(QSize viewportPixels) {
+    if (!initialized || overlayAreas.empty()) {
+        return;
+    }
+    const QSizeF textureSize(overlayTexture.size);
+    gl.glEnable(GL_BLEND);
+    gl.glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
+    overlayProgram->bind();
+    overlayProgram->setUniformValue("overlay", 0);
+    gl.glActiveTexture(GL_TEXTURE0);
+    gl.glBindTexture(GL_TEXTURE_2D, overlayTexture.id);
+    quadArray.bind();
+    // Each area is drawn one to one, as the viewport of its own quad; the
+    // overlay's top row is the viewport's top row.
+    for (const QRect &area : overlayAreas) {
+        gl.glViewport(area.x(), viewportPixels.height() - area.y() - area.height(), area.width(),
+                      area.height());
+        overlayProgram->setUniformValue(
+            "area",
+            QVector4D(float(area.x() / textureSize.width()), float(area.y() / textureSize.height()),
+                      float(area.width() / textureSize.width()),
+                      float(area.height() / textureSize.height())));
+        gl.glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
+    }
+    quadArray.release();
+    overlayProgram->release();
+    gl.glDisable(GL_BLEND);
+    gl.glViewport(0, 0, viewportPixels.width(), viewportPixels.height());
 }
 
 void VideoPictureRenderer::uploadPicture(const PictureView &picture, PictureLayout layout,

@@ -1,13 +1,16 @@
 #pragma once
 
+#include <QImage>
 #include <QOpenGLExtraFunctions>
 #include <QOpenGLFramebufferObject>
 #include <QOpenGLShaderProgram>
 #include <QOpenGLVertexArrayObject>
+#include <QRect>
 #include <QSize>
 #include <array>
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "engine/picture_layout.h"
 #include "engine/presentation/frame_planes.h"
@@ -45,6 +48,14 @@ public:
     // Clears the bound framebuffer to black.
     void clear(QSize viewportPixels);
 
+    // What is shown over the picture (captions, messages, controls): the
+    // `areas` of `overlay`, an image of the viewport's size in
+    // QImage::Format_RGBA8888_Premultiplied, are uploaded now and blended
+    // over the picture by every drawOverlay() until the next call. No areas:
+    // nothing is drawn over the picture.
+    void setOverlay(const QImage &overlay, const std::vector<QRect> &areas);
+    void drawOverlay(QSize viewportPixels);
+
     // Frees the GL objects; the context must be current.
     void release();
 
@@ -72,6 +83,7 @@ private:
     // One per FramePlaneLayout, in its order.
     std::array<std::unique_ptr<QOpenGLShaderProgram>, 4> convertPlanesPrograms;
     std::unique_ptr<QOpenGLShaderProgram> presentProgram;
+    std::unique_ptr<QOpenGLShaderProgram> overlayProgram;
     std::unique_ptr<QOpenGLFramebufferObject> convertedPicture;
     QOpenGLVertexArrayObject quadArray;
     GLuint quadBuffer = 0;
@@ -79,6 +91,8 @@ private:
     QSize pictureTextureSize;
     std::optional<PictureLayout> pictureTextureLayout;
     std::array<PlaneTexture, 3> planeTextures;
+    PlaneTexture overlayTexture;
+    std::vector<QRect> overlayAreas;
     int textureAllocations = 0;
     bool initialized = false;
 };

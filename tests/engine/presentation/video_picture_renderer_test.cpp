@@ -6,6 +6,7 @@
 #include <QImage>
 #include <QOffscreenSurface>
 #include <QOpenGLContext>
+#include <QPainter>
 #include <algorithm>
 #include <cstdlib>
 #include <vector>
@@ -196,6 +197,41 @@ TEST_F(RendererTest, PictureShorterThanItsLayoutIsNotRead) {
     const QImage image =
         draw({BitmapLayout::Rgba16From420p10, packed.data(), packed.size(), 16, 8});
     expectColourAt(image, 0.5, 0.5, qRgb(0, 0, 0));
+}
+
+TEST_F(RendererTest, OverlayAreasAreBlendedOverThePictureTheRestIsNot) {
+    // Opaque blue everywhere but in two areas: half-transparent white at the
+    // top left, transparent at the bottom right. Only the areas may show.
+    const Yuv red[4] = {{81, 90, 240}, {81, 90, 240}, {81, 90, 240}, {81, 90, 240}};
+    const auto bytes = packedQuadrants(16, 8, red);
+    QImage overlay(kViewport, QImage::Format_RGBA8888_Premultiplied);
+    overlay.fill(QColor(0, 0, 255));
+    const QRect topLeft(0, 0, kViewport.width() / 2, kViewport.height() / 2);
+    const QRect bottomRight(kViewport.width() / 2, kViewport.height() / 2, kViewport.width() / 2,
+                            kViewport.height() / 2);
+    {
+        QPainter painter(&overlay);
+        painter.setCompositionMode(QPainter::CompositionMode_Source);
+        painter.fillRect(topLeft, QColor(255, 255, 255, 128));
+        painter.fillRect(bottomRight, Qt::transparent);
+    }
+    const auto drawWithOverlay = [&] {
+        target->bind();
+        renderer.clear(kViewport);
+        renderer.drawPicture({BitmapLayout::Packed422From420p8, bytes.data(), bytes.size(), 16, 8},
+                             kViewport);
+        renderer.drawOverlay(kViewport);
+        target->release();
+        return target->toImage(true).convertToFormat(QImage::Format_RGB32);
+    };
+    renderer.setOverlay(overlay, {topLeft, bottomRight});
+    const QImage image = drawWithOverlay();
+    expectColourAt(image, 0.25, 0.25, qRgb(255, 127, 127));
+    expectColourAt(image, 0.75, 0.75, qRgb(255, 0, 0));
+    expectColourAt(image, 0.75, 0.25, qRgb(255, 0, 0));
+    expectColourAt(image, 0.25, 0.75, qRgb(255, 0, 0));
+    renderer.setOverlay(overlay, {});
+    expectColourAt(drawWithOverlay(), 0.25, 0.25, qRgb(255, 0, 0));
 }
 
 // Frames handed over as planes, each with padded rows and a top half that
