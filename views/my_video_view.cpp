@@ -263,7 +263,13 @@ void MyVideoView::paintSurface() {
 
 void MyVideoView::uploadOverlays(QSize viewportPixels) {
     areOverlaysChanged = false;
-    QImage image(viewportPixels, QImage::Format_RGBA8888_Premultiplied);
+    // Kept between uploads: the time slider repaints as playback moves while
+    // the controls show, and a fresh image of the view's size costs its page
+    // faults each time.
+    if (overlayImage.size() != viewportPixels) {
+        overlayImage = QImage(viewportPixels, QImage::Format_RGBA8888_Premultiplied);
+    }
+    QImage &image = overlayImage;
     image.fill(Qt::transparent);
     std::vector<QRect> areas;
     {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QImage>
 #include <QPointer>
 #include <QTimer>
 #include <QWidget>
@@ -88,6 +89,7 @@ private:
     QWidget *container = nullptr;
     QMetaObject::Connection contextDestructionConnection;
     std::vector<QPointer<QWidget>> overlays;
+    QImage overlayImage;
     bool areOverlaysChanged = false;
     bool isRenderingOverlays = false;
     bool rendererReady = false;
