@@ -16,7 +16,7 @@
 #include "app/desktop/screen_saver_inhibitor.h"
 #include "app/desktop/single_instance.h"
 #include "app/desktop/termination_signals.h"
-#include "app/native/qt_native_mode_player.h"
+#include "app/native/lazy_native_mode_player.h"
 #include "app/user_defaults.h"
 #include "base/localized_strings.h"
 #include "views/application_windows.h"
@@ -72,8 +72,8 @@ int main(int argc, char **argv) {
     }
 
     MessageBoxInteraction interaction;
-    auto nativePlayer = std::make_unique<QtNativeModePlayer>();
-    QtNativeModePlayer *nativePlayerShown = nativePlayer.get();
+    auto nativePlayer = std::make_unique<LazyNativeModePlayer>();
+    LazyNativeModePlayer *nativePlayerShown = nativePlayer.get();
     AppController::Services services;
     services.userInteraction = &interaction;
     services.nativePlayer = std::move(nativePlayer);
@@ -81,7 +81,9 @@ int main(int argc, char **argv) {
     AppController controller(std::move(services));
 
     ApplicationWindows windows(controller, interaction);
-    windows.mainWindow().view().showNativePicturesFrom(nativePlayerShown->videoSink());
+    QObject::connect(
+        nativePlayerShown, &LazyNativeModePlayer::playerMade, &windows,
+        [&windows](QVideoSink *sink) { windows.mainWindow().view().showNativePicturesFrom(sink); });
 
     controller.awakeFromNib();
     windows.mainWindow().show();

@@ -30,7 +30,8 @@ enum class BitmapLayout {
     // 8-bit A, R, G, B per pixel (A = 255). W×H×4 bytes.
     Argb8From444p10,
     // NV12 as hardware surfaces download: the W×H luma plane, then interleaved
-    // U V pairs, ceil(W/2) by ceil(H/2) (video/hardware/nv12_bitmap.h).
+    // U V pairs, ceil(W/2) by ceil(H/2) (video/hardware/nv12_bitmap.h). Also
+    // the layout of progressive 8-bit software pictures.
     Nv12From420p8,
 };
 

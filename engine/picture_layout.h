@@ -37,7 +37,7 @@ int bitmapBytesPerRowFor(PictureLayout layout, int width);
 // they are more than `picture.byteCount`.
 std::size_t bitmapBytesToDraw(const PictureView &picture);
 // Exposure in stops applied when drawing: RGB pictures computed without range
-// expansion get half a stop, 4:2:2 and hardware-decoded (NV12) pictures a tenth.
+// expansion get half a stop, 4:2:2 and NV12 pictures a tenth.
 double exposureEVFor(PictureLayout layout);
 ColourMatrix colourMatrixForHeight(int frameHeight);
 

@@ -35,7 +35,8 @@ bool frameFitsLayout(const AVFrame &frame, BitmapLayout layout) {
     }
     switch (layout) {
         case BitmapLayout::Packed422From420p8:
-        case BitmapLayout::Packed422FirstFieldFrom420p8: {
+        case BitmapLayout::Packed422FirstFieldFrom420p8:
+        case BitmapLayout::Nv12From420p8: {
             const AVPixFmtDescriptor *descriptor = av_pix_fmt_desc_get(AVPixelFormat(frame.format));
             return descriptor != nullptr && (descriptor->flags & AV_PIX_FMT_FLAG_PLANAR) != 0 &&
                    (descriptor->flags & (AV_PIX_FMT_FLAG_HWACCEL | AV_PIX_FMT_FLAG_PAL |
@@ -49,8 +50,6 @@ bool frameFitsLayout(const AVFrame &frame, BitmapLayout layout) {
         case BitmapLayout::Rgba16From444p10:
         case BitmapLayout::Argb8From444p10:
             return frame.format == AV_PIX_FMT_YUV444P10LE;
-        case BitmapLayout::Nv12From420p8:
-            return frame.format == AV_PIX_FMT_YUV420P;
     }
     return false;
 }

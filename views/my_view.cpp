@@ -37,6 +37,9 @@ MyView::MyView(AppController &controllerToUse, QWidget *parent)
     video.setAttribute(Qt::WA_TransparentForMouseEvents);
     video.hide();
     overlay.setAttribute(Qt::WA_TransparentForMouseEvents);
+    for (QWidget *over : std::initializer_list<QWidget *>{&overlay, &layers, &title, &panel}) {
+        video.addOverlay(over);
+    }
     title.hide();
     panel.hide();
     chromeHideTimer.setSingleShot(true);
@@ -109,7 +112,6 @@ void MyView::showPictureMode(PictureMode mode) {
         captionTimer.stop();
         overlay.clearCaptions();
     }
-    video.update();
     showFileNameLayer();
 }
 

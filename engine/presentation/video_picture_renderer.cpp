@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QGenericMatrix>
+#include <QVector4D>
 #include <cmath>
 
 #include "base/log.h"
@@ -32,18 +33,29 @@ QMatrix3x3 yuvToRgbMatrix(ColourMatrix matrix, bool isFullRange = false) {
     return QMatrix3x3(rows);
 }
 
-std::unique_ptr<QOpenGLShaderProgram> buildProgram(const char *vertexPath,
-                                                   const char *fragmentPath) {
+// `definitions` go after the fragment shader's #version line.
+std::unique_ptr<QOpenGLShaderProgram> buildProgram(const char *vertexPath, const char *fragmentPath,
+                                                   const QByteArray &definitions = {}) {
     auto program = std::make_unique<QOpenGLShaderProgram>();
+    QFile fragmentFile(QString::fromLatin1(fragmentPath));
+    QByteArray fragmentSource;
+    if (fragmentFile.open(QIODevice::ReadOnly)) {
+        fragmentSource = fragmentFile.readAll();
+        fragmentSource.insert(fragmentSource.indexOf('\n') + 1, definitions);
+    }
     if (!program->addCacheableShaderFromSourceFile(QOpenGLShader::Vertex,
                                                    QString::fromLatin1(vertexPath)) ||
-        !program->addCacheableShaderFromSourceFile(QOpenGLShader::Fragment,
-                                                   QString::fromLatin1(fragmentPath)) ||
+        !program->addCacheableShaderFromSourceCode(QOpenGLShader::Fragment, fragmentSource) ||
         !program->link()) {
         logWarning(QStringLiteral("video shaders failed: %1").arg(program->log()));
         return nullptr;
     }
     return program;
+}
+
+void setExposureUniforms(QOpenGLShaderProgram &program, double exposureEV) {
+    program.setUniformValue("exposureGain", float(std::exp2(exposureEV)));
+    program.setUniformValue("exposureGainInSrgb", float(std::exp2(exposureEV / 2.4)));
 }
 
 }  // namespace
@@ -58,10 +70,18 @@ bool VideoPictureRenderer::initialize() {
     }
     gl.initializeOpenGLFunctions();
     convertProgram = buildProgram(":/shaders/picture.vert", ":/shaders/convert.frag");
-    convertPlanesProgram = buildProgram(":/shaders/picture.vert", ":/shaders/convert_planes.frag");
     presentProgram = buildProgram(":/shaders/picture.vert", ":/shaders/present.frag");
-    if (!convertProgram || !convertPlanesProgram || !presentProgram) {
+    overlayProgram = buildProgram(":/shaders/picture.vert", ":/shaders/overlay.frag");
+    if (!convertProgram || !presentProgram || !overlayProgram) {
         return false;
+    }
+    for (std::size_t layout = 0; layout < convertPlanesPrograms.size(); ++layout) {
+        convertPlanesPrograms[layout] = buildProgram(
+            ":/shaders/picture.vert", ":/shaders/convert_planes.frag",
+            QByteArrayLiteral("#define PLANE_LAYOUT ") + QByteArray::number(layout) + '\n');
+        if (!convertPlanesPrograms[layout]) {
+            return false;
+        }
     }
     quadArray.create();
     quadArray.bind();
@@ -85,20 +105,25 @@ void VideoPictureRenderer::release() {
         gl.glDeleteTextures(1, &pictureTexture);
         pictureTexture = 0;
     }
-    for (PlaneTexture &plane : planeTextures) {
-        if (plane.id != 0) {
-            gl.glDeleteTextures(1, &plane.id);
+    for (PlaneTexture *plane :
+         {&planeTextures[0], &planeTextures[1], &planeTextures[2], &overlayTexture}) {
+        if (plane->id != 0) {
+            gl.glDeleteTextures(1, &plane->id);
         }
-        plane = {};
+        *plane = {};
     }
+    overlayAreas.clear();
     if (quadBuffer != 0) {
         gl.glDeleteBuffers(1, &quadBuffer);
         quadBuffer = 0;
     }
     quadArray.destroy();
     convertProgram.reset();
-    convertPlanesProgram.reset();
+    for (auto &program : convertPlanesPrograms) {
+        program.reset();
+    }
     presentProgram.reset();
+    overlayProgram.reset();
     pictureTextureLayout.reset();
     pictureTextureSize = {};
     initialized = false;
@@ -108,6 +133,71 @@ void VideoPictureRenderer::clear(QSize viewportPixels) {
     gl.glViewport(0, 0, viewportPixels.width(), viewportPixels.height());
     gl.glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
     gl.glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+}
+
+void VideoPictureRenderer::setOverlay(const QImage &overlay, const std::vector<QRect> &areas) {
+    overlayAreas.clear();
+    if (!initialized || overlay.format() != QImage::Format_RGBA8888_Premultiplied) {
+        return;
+    }
+    const QRect bounds = overlay.rect();
+    gl.glActiveTexture(GL_TEXTURE0);
+    if (overlayTexture.id == 0) {
+        gl.glGenTextures(1, &overlayTexture.id);
+    }
+    gl.glBindTexture(GL_TEXTURE_2D, overlayTexture.id);
+    if (overlayTexture.size != overlay.size()) {
+        gl.glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
+        gl.glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
+        gl.glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
+        gl.glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
+        gl.glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA8, overlay.width(), overlay.height(), 0, GL_RGBA,
+                        GL_UNSIGNED_BYTE, nullptr);
+        overlayTexture.size = overlay.size();
+    }
+    gl.glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
+    gl.glPixelStorei(GL_UNPACK_ROW_LENGTH, int(overlay.bytesPerLine() / 4));
+    for (const QRect &requested : areas) {
+        const QRect area = requested.intersected(bounds);
+        if (area.isEmpty()) {
+            continue;
+        }
+        gl.glTexSubImage2D(GL_TEXTURE_2D, 0, area.x(), area.y(), area.width(), area.height(),
+                           GL_RGBA, GL_UNSIGNED_BYTE,
+                           overlay.constScanLine(area.y()) + area.x() * 4);
+        overlayAreas.push_back(area);
+    }
+    gl.glPixelStorei(GL_UNPACK_ROW_LENGTH, 0);
+}
+
+void VideoPictureRenderer::drawOverlay(QSize viewportPixels) {
+    if (!initialized || overlayAreas.empty()) {
+        return;
+    }
+    const QSizeF textureSize(overlayTexture.size);
+    gl.glEnable(GL_BLEND);
+    gl.glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
+    overlayProgram->bind();
+    overlayProgram->setUniformValue("overlay", 0);
+    gl.glActiveTexture(GL_TEXTURE0);
+    gl.glBindTexture(GL_TEXTURE_2D, overlayTexture.id);
+    quadArray.bind();
+    // Each area is drawn one to one, as the viewport of its own quad; the
+    // overlay's top row is the viewport's top row.
+    for (const QRect &area : overlayAreas) {
+        gl.glViewport(area.x(), viewportPixels.height() - area.y() - area.height(), area.width(),
+                      area.height());
+        overlayProgram->setUniformValue(
+            "area",
+            QVector4D(float(area.x() / textureSize.width()), float(area.y() / textureSize.height()),
+                      float(area.width() / textureSize.width()),
+                      float(area.height() / textureSize.height())));
+        gl.glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
+    }
+    quadArray.release();
+    overlayProgram->release();
+    gl.glDisable(GL_BLEND);
+    gl.glViewport(0, 0, viewportPixels.width(), viewportPixels.height());
 }
 
 void VideoPictureRenderer::uploadPicture(const PictureView &picture, PictureLayout layout,
@@ -149,13 +239,16 @@ void VideoPictureRenderer::uploadPicture(const PictureView &picture, PictureLayo
     gl.glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, size.width(), size.height(), format, type,
                        picture.data);
 
-    ensureConvertedPicture(size);
+    // Eight-bit sources convert into eight bits: a wider target only costs
+    // the software rasteriser a format conversion on every write and read.
+    ensureConvertedPicture(size, layout == PictureLayout::Rgba16 ? GL_RGBA16F : GL_RGBA8);
 }
 
-void VideoPictureRenderer::ensureConvertedPicture(QSize size) {
-    if (!convertedPicture || convertedPicture->size() != size) {
+void VideoPictureRenderer::ensureConvertedPicture(QSize size, GLenum internalFormat) {
+    if (!convertedPicture || convertedPicture->size() != size ||
+        convertedPicture->format().internalTextureFormat() != internalFormat) {
         QOpenGLFramebufferObjectFormat fboFormat;
-        fboFormat.setInternalTextureFormat(GL_RGBA16F);
+        fboFormat.setInternalTextureFormat(internalFormat);
         convertedPicture = std::make_unique<QOpenGLFramebufferObject>(size, fboFormat);
         gl.glBindTexture(GL_TEXTURE_2D, convertedPicture->texture());
         gl.glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
@@ -220,7 +313,7 @@ void VideoPictureRenderer::drawPicture(const PictureView &picture, QSize viewpor
                         picture.data + nv12ChromaOffsetFor(picture.width, picture.height), nullptr};
         frame.bytesPerLine = {picture.width, nv12ChromaRowBytesFor(picture.width), 0};
         frame.matrix = colourMatrixForHeight(picture.height);
-        drawPlanesWithExposure(frame, viewportPixels, float(std::exp2(exposureEVFor(layout))));
+        drawPlanesWithExposure(frame, viewportPixels, exposureEVFor(layout));
         return;
     }
     GLint targetFramebuffer = 0;
@@ -236,7 +329,7 @@ void VideoPictureRenderer::drawPicture(const PictureView &picture, QSize viewpor
     convertProgram->setUniformValue("pictureWidth", picture.width);
     convertProgram->setUniformValue("yuvToRgb",
                                     yuvToRgbMatrix(colourMatrixForHeight(picture.height)));
-    convertProgram->setUniformValue("exposureGain", float(std::exp2(exposureEVFor(layout))));
+    setExposureUniforms(*convertProgram, exposureEVFor(layout));
     gl.glActiveTexture(GL_TEXTURE0);
     gl.glBindTexture(GL_TEXTURE_2D, pictureTexture);
     quadArray.bind();
@@ -246,11 +339,11 @@ void VideoPictureRenderer::drawPicture(const PictureView &picture, QSize viewpor
 }
 
 void VideoPictureRenderer::drawFramePlanes(const FramePlanesView &frame, QSize viewportPixels) {
-    drawPlanesWithExposure(frame, viewportPixels, 1.0f);
+    drawPlanesWithExposure(frame, viewportPixels, 0.0);
 }
 
 void VideoPictureRenderer::drawPlanesWithExposure(const FramePlanesView &frame,
-                                                  QSize viewportPixels, float exposureGain) {
+                                                  QSize viewportPixels, double exposureEV) {
     if (!initialized || frame.width < 2 || frame.height < 2 || frame.planes[0] == nullptr) {
         return;
     }
@@ -264,15 +357,11 @@ void VideoPictureRenderer::drawPlanesWithExposure(const FramePlanesView &frame,
             return;
         }
     }
-    GLint targetFramebuffer = 0;
-    gl.glGetIntegerv(GL_FRAMEBUFFER_BINDING, &targetFramebuffer);
     gl.glDisable(GL_BLEND);
 
     const QSize size(frame.width, frame.height);
     const QSize chromaSize((frame.width + 1) / 2, (frame.height + 1) / 2);
     gl.glActiveTexture(GL_TEXTURE0);
-    // First: making the target binds its texture to the active unit.
-    ensureConvertedPicture(size);
     if (isYuv) {
         uploadPlane(planeTextures[0], size, GL_R8, GL_RED, 1, frame.planes[0],
                     frame.bytesPerLine[0]);
@@ -292,23 +381,23 @@ void VideoPictureRenderer::drawPlanesWithExposure(const FramePlanesView &frame,
                     frame.bytesPerLine[0]);
     }
 
-    convertedPicture->bind();
-    gl.glViewport(0, 0, frame.width, frame.height);
-    convertPlanesProgram->bind();
-    convertPlanesProgram->setUniformValue("plane0", 0);
-    convertPlanesProgram->setUniformValue("plane1", 1);
-    convertPlanesProgram->setUniformValue("plane2", 2);
-    convertPlanesProgram->setUniformValue("planeLayout", int(frame.layout));
-    convertPlanesProgram->setUniformValue("pictureSize", QSizeF(size));
-    convertPlanesProgram->setUniformValue("yuvToRgb",
-                                          yuvToRgbMatrix(frame.matrix, frame.isFullRange));
-    convertPlanesProgram->setUniformValue("lumaOffset", frame.isFullRange ? 0.0f : 16.0f / 255.0f);
-    convertPlanesProgram->setUniformValue("exposureGain", exposureGain);
+    // One pass straight into the bound framebuffer: the planes' linear
+    // filtering scales them to the viewport while they are converted, so
+    // no pixel is shaded at the picture's own size.
+    gl.glViewport(0, 0, viewportPixels.width(), viewportPixels.height());
+    QOpenGLShaderProgram &program = *convertPlanesPrograms[std::size_t(frame.layout)];
+    program.bind();
+    program.setUniformValue("plane0", 0);
+    program.setUniformValue("plane1", 1);
+    program.setUniformValue("plane2", 2);
+    program.setUniformValue("yuvToRgb", yuvToRgbMatrix(frame.matrix, frame.isFullRange));
+    program.setUniformValue("lumaOffset", frame.isFullRange ? 0.0f : 16.0f / 255.0f);
+    setExposureUniforms(program, exposureEV);
     quadArray.bind();
     gl.glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
     quadArray.release();
-    convertPlanesProgram->release();
-    presentConvertedPicture(GLuint(targetFramebuffer), viewportPixels);
+    program.release();
+    gl.glActiveTexture(GL_TEXTURE0);
 }
 
 }  // namespace tolvane

@@ -1,22 +1,27 @@
 #pragma once
 
+#include <QImage>
 #include <QOpenGLExtraFunctions>
 #include <QOpenGLFramebufferObject>
 #include <QOpenGLShaderProgram>
 #include <QOpenGLVertexArrayObject>
+#include <QRect>
 #include <QSize>
 #include <array>
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "engine/picture_layout.h"
 #include "engine/presentation/frame_planes.h"
 
 namespace tolvane {
 
-// Draws converted pictures with OpenGL 3.3: the bitmap is uploaded in its own
-// layout, turned into RGB with exposure in a first pass at the picture's size,
-// then stretched over the viewport with linear filtering.
+// Draws converted pictures with OpenGL 3.3. Pictures held as planes (NV12
+// bitmaps, Native mode's frames) are converted and scaled in one pass over the
+// viewport. The packed and RGB bitmaps, which cannot be filtered as they are
+// stored, are turned into RGB with exposure in a first pass at the picture's
+// size, then stretched over the viewport with linear filtering.
 //
 // Thread-safety: every call needs the same OpenGL context current on the
 // calling thread; create, draw and release on that thread.
@@ -43,6 +48,14 @@ public:
     // Clears the bound framebuffer to black.
     void clear(QSize viewportPixels);
 
+    // What is shown over the picture (captions, messages, controls): the
+    // `areas` of `overlay`, an image of the viewport's size in
+    // QImage::Format_RGBA8888_Premultiplied, are uploaded now and blended
+    // over the picture by every drawOverlay() until the next call. No areas:
+    // nothing is drawn over the picture.
+    void setOverlay(const QImage &overlay, const std::vector<QRect> &areas);
+    void drawOverlay(QSize viewportPixels);
+
     // Frees the GL objects; the context must be current.
     void release();
 
@@ -60,15 +73,17 @@ private:
     void uploadPicture(const PictureView &picture, PictureLayout layout, int rows);
     void uploadPlane(PlaneTexture &texture, QSize size, GLenum internalFormat, GLenum format,
                      int bytesPerPixel, const unsigned char *data, int bytesPerLine);
-    void ensureConvertedPicture(QSize size);
+    void ensureConvertedPicture(QSize size, GLenum internalFormat);
     void presentConvertedPicture(GLuint targetFramebuffer, QSize viewportPixels);
     void drawPlanesWithExposure(const FramePlanesView &frame, QSize viewportPixels,
-                                float exposureGain);
+                                double exposureEV);
 
     QOpenGLExtraFunctions gl;
     std::unique_ptr<QOpenGLShaderProgram> convertProgram;
-    std::unique_ptr<QOpenGLShaderProgram> convertPlanesProgram;
+    // One per FramePlaneLayout, in its order.
+    std::array<std::unique_ptr<QOpenGLShaderProgram>, 4> convertPlanesPrograms;
     std::unique_ptr<QOpenGLShaderProgram> presentProgram;
+    std::unique_ptr<QOpenGLShaderProgram> overlayProgram;
     std::unique_ptr<QOpenGLFramebufferObject> convertedPicture;
     QOpenGLVertexArrayObject quadArray;
     GLuint quadBuffer = 0;
@@ -76,6 +91,8 @@ private:
     QSize pictureTextureSize;
     std::optional<PictureLayout> pictureTextureLayout;
     std::array<PlaneTexture, 3> planeTextures;
+    PlaneTexture overlayTexture;
+    std::vector<QRect> overlayAreas;
     int textureAllocations = 0;
     bool initialized = false;
 };

@@ -57,7 +57,7 @@ TEST_F(PixelPathTest, PictureTimesRiseSteadilyInDisplayOrderWithBFrames) {
     }
     EXPECT_EQ(pictures.front().width, 320);
     EXPECT_EQ(pictures.front().height, 240);
-    EXPECT_EQ(pictures.front().data.size(), 320u * 240u * 2u);
+    EXPECT_EQ(pictures.front().data.size(), 320u * 240u * 3u / 2u) << "NV12";
 }
 
 TEST_F(PixelPathTest, InterlacedFileSwitchesToTheFirstFieldOncePostingOnce) {
@@ -83,20 +83,21 @@ TEST_F(PixelPathTest, TenBitLayoutsFollowTheTenBitSetting) {
     struct Case {
         const char *file;
         bool is10bit;
-        std::size_t bytesPerPixel;
+        std::size_t bytesPerPicture;
     };
+    constexpr std::size_t kPixels = 320u * 240u;
     const Case cases[] = {
-        {"h264_10bit_444.mkv", false, 4}, {"h264_10bit_444.mkv", true, 8},
-        {"h264_10bit_420.mkv", true, 8},  {"h264_10bit_420.mkv", false, 2},
-        {"yuv422p.mkv", true, 2},  // unsupported: read as 4:2:0
-        {"yuvj420p.mkv", true, 2},
+        {"h264_10bit_444.mkv", false, kPixels * 4}, {"h264_10bit_444.mkv", true, kPixels * 8},
+        {"h264_10bit_420.mkv", true, kPixels * 8},  {"h264_10bit_420.mkv", false, kPixels * 2},
+        {"yuv422p.mkv", true, kPixels * 3 / 2},  // unsupported: read as 4:2:0, in NV12
+        {"yuvj420p.mkv", true, kPixels * 3 / 2},
     };
     for (const Case &c : cases) {
         engine.setIs10bitMode(c.is10bit);
         open(c.file);
         const std::vector<BitmapData> pictures = decodePictures(1);
         ASSERT_FALSE(pictures.empty()) << c.file;
-        EXPECT_EQ(pictures[0].data.size(), 320u * 240u * c.bytesPerPixel) << c.file << c.is10bit;
+        EXPECT_EQ(pictures[0].data.size(), c.bytesPerPicture) << c.file << c.is10bit;
     }
 }
 
@@ -128,7 +129,7 @@ TEST_F(PixelPathTest, WhileASeekPreviewWaitsLaterPicturesGoToTheListInOrder) {
         engine.addBitmapDataOnePass();
         engine.readSeekPreview([&](const BitmapBytes &bytes, float width, float height) {
             if (!bytes.empty()) {
-                EXPECT_EQ(bytes.size(), 320u * 240u * 2u);
+                EXPECT_EQ(bytes.size(), 320u * 240u * 3u / 2u);
                 EXPECT_EQ(width, 320.0f);
                 EXPECT_EQ(height, 240.0f);
                 previews = 1;

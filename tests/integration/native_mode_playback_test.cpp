@@ -74,6 +74,7 @@ TEST(NativeModePlaybackTest, PlaysAnMp4ToItsEndWithCaptionsOverThePicture) {
     NativePictureSource source(player.videoSink());
     MyVideoView view;
     CaptionOverlay overlay(&view);
+    view.addOverlay(&overlay);
     CaptionTimer captions(controller.subtitle(), overlay,
                           [&controller] { return controller.playbackTimeMsec(); });
     source.setWakeHandler([&view] { view.wakeRefresh(); });
@@ -104,9 +105,14 @@ TEST(NativeModePlaybackTest, PlaysAnMp4ToItsEndWithCaptionsOverThePicture) {
         return !overlay.shownGroups().empty() && framesDrawn() > 5;
     })) << "frames drawn: "
         << framesDrawn();
-    // The composed window first (it may draw a pending frame), then the
-    // picture alone: the same frame, so what differs is the captions.
-    const QImage shown = view.grab().toImage().convertToFormat(QImage::Format_RGB32);
+    // The overlay's first paint, which hands it to the picture's window, is
+    // queued behind the caption change.
+    test::processEventsUntil([] { return false; }, 200);
+    // The picture with its overlays, then with the captions hidden: the
+    // same frame (no event is handled in between), so what differs is the
+    // captions.
+    const QImage shown = view.grabFramebuffer().convertToFormat(QImage::Format_RGB32);
+    overlay.hide();
     const QImage picture = view.grabFramebuffer().convertToFormat(QImage::Format_RGB32);
     ASSERT_EQ(shown.size(), picture.size());
     const int height = picture.height();

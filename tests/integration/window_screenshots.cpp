@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QScreen>
 #include <QSurfaceFormat>
 #include <QTextStream>
 #include <QUrl>
@@ -37,7 +38,9 @@ bool saveGrab(QWidget &window, const QDir &outDir, const char *name) {
     window.raise();
     settle();
     const QString path = outDir.filePath(QLatin1String(name));
-    const bool isSaved = window.grab().save(path);
+    // From the screen: the picture is drawn by a window of its own, which a
+    // widget grab does not see.
+    const bool isSaved = window.screen()->grabWindow(window.winId()).save(path);
     QTextStream(isSaved ? stdout : stderr)
         << (isSaved ? "saved " : "could not save ") << path << '\n';
     return isSaved;

@@ -66,7 +66,7 @@ TEST(ProbeCommands, FramesPrintsTheFirstPicturesWithTimeSizeAndChecksum) {
         EXPECT_NEAR(lines[i]["time"].toDouble(), 0.021 + 0.04 * i, 1e-9);
         EXPECT_EQ(lines[i]["width"].toInt(), 320);
         EXPECT_EQ(lines[i]["height"].toInt(), 240);
-        EXPECT_EQ(lines[i]["bytes"].toInt(), 320 * 240 * 2);
+        EXPECT_EQ(lines[i]["bytes"].toInt(), 320 * 240 * 3 / 2);
         EXPECT_EQ(lines[i]["pixelFormatMode"].toInt(), 42010);
         EXPECT_EQ(lines[i]["checksum"].toString().size(), 8);
         checksums.insert(lines[i]["checksum"].toString());

@@ -8,15 +8,19 @@ uniform int pictureLayout;        // 0 packed 4:2:2 (U Y0 V Y1), 1 RGBA 16-bit, 
 uniform int pictureWidth;   // pixels of the picture
 uniform mat3 yuvToRgb;      // applied to (Y - 16/255, U - 128/255, V - 128/255)
 uniform float exposureGain; // 2^EV
+uniform float exposureGainInSrgb;  // 2^(EV / 2.4)
 
 out vec4 fragColour;
 
-vec3 srgbToLinear(vec3 c) {
-    return mix(c / 12.92, pow((c + 0.055) / 1.055, vec3(2.4)), step(vec3(0.04045), c));
-}
-
-vec3 linearToSrgb(vec3 c) {
-    return mix(c * 12.92, 1.055 * pow(c, vec3(1.0 / 2.4)) - 0.055, step(vec3(0.0031308), c));
+// sRGB above its linear toe is a power of 2.4 with an offset, so scaling
+// the light by g is exactly c' = (c + 0.055) g^(1/2.4) - 0.055 there, and
+// c' = g c on the toe. The one stretch this misses, toe inputs whose scaled
+// light leaves the toe, lies within 0.5/255 of the exact curve for gains up
+// to +0.5 EV; the round trip through linear light costs six pow() a pixel.
+vec3 exposed(vec3 c) {
+    vec3 scaled = mix(c * exposureGain, (c + 0.055) * exposureGainInSrgb - 0.055,
+                      step(vec3(0.04045), c));
+    return clamp(scaled, 0.0, 1.0);
 }
 
 vec3 packedPixel(ivec2 at) {
@@ -39,6 +43,5 @@ void main() {
     } else {
         rgb = texelFetch(picture, at, 0).gba;
     }
-    vec3 exposed = clamp(srgbToLinear(rgb) * exposureGain, 0.0, 1.0);
-    fragColour = vec4(linearToSrgb(exposed), 1.0);
+    fragColour = vec4(exposed(rgb), 1.0);
 }

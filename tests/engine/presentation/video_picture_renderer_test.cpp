@@ -6,6 +6,7 @@
 #include <QImage>
 #include <QOffscreenSurface>
 #include <QOpenGLContext>
+#include <QPainter>
 #include <algorithm>
 #include <cstdlib>
 #include <vector>
@@ -140,19 +141,33 @@ TEST_F(RendererTest, OneFieldPictureIsStretchedToTheWholeView) {
 }
 
 TEST_F(RendererTest, RgbLayoutsGetHalfAStop) {
+    // Half a stop in linear light, across sRGB's linear toe (8), the power
+    // curve and the clamp at white (250).
     const std::uint16_t rgbaPixel[4] = {65535, 0, 32768, 65535};
-    const std::uint8_t argbPixel[4] = {255, 64, 128, 0};
+    struct Case {
+        std::uint8_t argb[4];
+        QRgb expected;
+    };
+    const Case argbCases[] = {
+        {{255, 64, 128, 0}, qRgb(76, 150, 0)},
+        {{255, 8, 250, 40}, qRgb(11, 255, 48)},
+        {{255, 10, 200, 255}, qRgb(14, 233, 255)},
+    };
     std::vector<std::uint16_t> rgba16(8 * 6 * 4);
-    std::vector<std::uint8_t> argb8(8 * 6 * 4);
     for (std::size_t i = 0; i < rgba16.size(); ++i) {
         rgba16[i] = rgbaPixel[i % 4];
-        argb8[i] = argbPixel[i % 4];
     }
     const auto *rgbaBytes = reinterpret_cast<const std::uint8_t *>(rgba16.data());
     expectColourAt(draw({BitmapLayout::Rgba16From444p10, rgbaBytes, rgba16.size() * 2, 8, 6}), 0.5,
                    0.5, qRgb(255, 0, 149));
-    expectColourAt(draw({BitmapLayout::Argb8From444p10, argb8.data(), argb8.size(), 8, 6}), 0.5,
-                   0.5, qRgb(76, 150, 0));
+    for (const Case &c : argbCases) {
+        std::vector<std::uint8_t> argb8(8 * 6 * 4);
+        for (std::size_t i = 0; i < argb8.size(); ++i) {
+            argb8[i] = c.argb[i % 4];
+        }
+        expectColourAt(draw({BitmapLayout::Argb8From444p10, argb8.data(), argb8.size(), 8, 6}), 0.5,
+                       0.5, c.expected);
+    }
 }
 
 TEST_F(RendererTest, TextureIsReusedWhileTheSizeStays) {
@@ -182,6 +197,41 @@ TEST_F(RendererTest, PictureShorterThanItsLayoutIsNotRead) {
     const QImage image =
         draw({BitmapLayout::Rgba16From420p10, packed.data(), packed.size(), 16, 8});
     expectColourAt(image, 0.5, 0.5, qRgb(0, 0, 0));
+}
+
+TEST_F(RendererTest, OverlayAreasAreBlendedOverThePictureTheRestIsNot) {
+    // Opaque blue everywhere but in two areas: half-transparent white at the
+    // top left, transparent at the bottom right. Only the areas may show.
+    const Yuv red[4] = {{81, 90, 240}, {81, 90, 240}, {81, 90, 240}, {81, 90, 240}};
+    const auto bytes = packedQuadrants(16, 8, red);
+    QImage overlay(kViewport, QImage::Format_RGBA8888_Premultiplied);
+    overlay.fill(QColor(0, 0, 255));
+    const QRect topLeft(0, 0, kViewport.width() / 2, kViewport.height() / 2);
+    const QRect bottomRight(kViewport.width() / 2, kViewport.height() / 2, kViewport.width() / 2,
+                            kViewport.height() / 2);
+    {
+        QPainter painter(&overlay);
+        painter.setCompositionMode(QPainter::CompositionMode_Source);
+        painter.fillRect(topLeft, QColor(255, 255, 255, 128));
+        painter.fillRect(bottomRight, Qt::transparent);
+    }
+    const auto drawWithOverlay = [&] {
+        target->bind();
+        renderer.clear(kViewport);
+        renderer.drawPicture({BitmapLayout::Packed422From420p8, bytes.data(), bytes.size(), 16, 8},
+                             kViewport);
+        renderer.drawOverlay(kViewport);
+        target->release();
+        return target->toImage(true).convertToFormat(QImage::Format_RGB32);
+    };
+    renderer.setOverlay(overlay, {topLeft, bottomRight});
+    const QImage image = drawWithOverlay();
+    expectColourAt(image, 0.25, 0.25, qRgb(255, 127, 127));
+    expectColourAt(image, 0.75, 0.75, qRgb(255, 0, 0));
+    expectColourAt(image, 0.75, 0.25, qRgb(255, 0, 0));
+    expectColourAt(image, 0.25, 0.75, qRgb(255, 0, 0));
+    renderer.setOverlay(overlay, {});
+    expectColourAt(drawWithOverlay(), 0.25, 0.25, qRgb(255, 0, 0));
 }
 
 // Frames handed over as planes, each with padded rows and a top half that
