@@ -9,8 +9,8 @@
 #include <memory>
 #include <optional>
 
-#include "engine/picture_layout.h"
 #include "engine/presentation/frame_planes.h"
+#include "engine/video/picture_layout.h"
 
 namespace tolvane {
 
