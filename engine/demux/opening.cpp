@@ -273,17 +273,6 @@ double MyCAOpenGLLayer::durationSecOfMovieFile(const QString &path) {
     }
 }
 
-void MyCAOpenGLLayer::putClockOnStreamStart() {
-    // As after a seek: the clock starts on the stream's start, and the first
-    // audio decoded sets it to the exact time of its packet. A clock left at 0
-    // would hold back every picture of a stream that starts later (hours, for
-    // a broadcast recording) and play the sound that much ahead of them.
-    const double startSec = startTimeSec();
-    rebaseClockOnTimeSec(startSec);
-    gNextVideoFramePtsSec = startSec;
-    isSeekingAudio = true;
-}
-
 void MyCAOpenGLLayer::showAlert(const QString &message, const QString &informativeText) {
     if (alertPresenter != nullptr) {
         alertPresenter->showAlert(message, informativeText);
