@@ -10,11 +10,6 @@ void MyCAOpenGLLayer::setIsResized(bool resized) {
     isResized = resized;
 }
 
-void MyCAOpenGLLayer::setCountAfterChangeScreen(int count) {
-    NamedLockGuard lock(drawVideoMutex);
-    countAfterChangeScreen = count;
-}
-
 bool MyCAOpenGLLayer::canDrawInCGLContext(PictureDecision *outcome) {
     NamedLockGuard drawLock(drawVideoMutex);
     DrawDecisionState state;

@@ -42,7 +42,7 @@ void MyCAOpenGLLayer::cleanBeforeOpenFile() {
             }
         }
         removeAllBitmapDatas();
-        removeAllHoldingBitmapDatas();
+        removeAllHeldHardwarePictures();
         releasePooledBitmapStorage();
         {
             NamedLockGuard lock(samplePoolMutex);
@@ -69,7 +69,7 @@ void MyCAOpenGLLayer::cleanBeforeOpenFile() {
         isMacSupportH264AccValue = false;
         hardwareDecodingReasonValue.clear();
         {
-            NamedLockGuard lock(holdingBitmapDataQueueMutex);
+            NamedLockGuard lock(hardwarePictureOrderMutex);
             flagMessPTSValue = kFlagMessPTSLookingForI;
         }
         aCodec = nullptr;

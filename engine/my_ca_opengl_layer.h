@@ -59,6 +59,25 @@ struct PictureDecision {
 // operations may be called from any thread; each takes its list's lock. The
 // worker threads read the counts, `rate` and the flags marked atomic without
 // locks.
+//
+// Lock order: a lock may be taken while holding only locks listed before
+// it; those on one line are never held together.
+//   changeAudioMutex
+//   seekMutex
+//   the packet thread link's lock, then packetThreadMutex
+//     | bitmapDataThreadMutex | sampleDataThreadMutex   (each held by its worker for its loop)
+//   rateMutex
+//   drawVideoMutex
+//   the audio device's lock (held by SDL around the render callback)
+//   samplePoolMutex
+//   enoughMutex
+//   startStopMutex
+//   hardwarePictureOrderMutex | bitmapDataQueueMutex
+//   sampleDataQueueMutex
+//   videoPacketQueueMutex | audioPacketQueueMutex
+//   sampleCountMutex
+// Pausing or closing the device waits for its lock, so the main thread
+// never holds a lock from samplePoolMutex on while it does.
 class MyCAOpenGLLayer {
 public:
     MyCAOpenGLLayer();
@@ -148,7 +167,6 @@ public:
     void startSampleThread();
     // False when the thread did not stop within the bound and was abandoned.
     bool stopSampleThread();
-    bool hasSampleThread() const { return sampleThread != nullptr; }
     // One turn of the sample thread's loop, exposed so that it can be driven
     // without a thread.
     SampleTurnAction addSampleOneTurn();
@@ -157,7 +175,6 @@ public:
     // until the matching remove.
     void addSampleData(std::vector<std::uint8_t> data, double ptsSec, int channel);
     const SampleNode *getSampleData(int channel);
-    void removeSampleDataForChannel(int channel);
     // Also zeroes both sample counters and clears isEnoughSample.
     void removeAllSampleDatasForChannel(int channel);
     int sampleDataCountForChannel(int channel) const {
@@ -165,7 +182,6 @@ public:
     }
     // 1 for packed sources, the channel count (at most 8) for planar ones.
     int sampleListCount() const;
-    bool isEnoughSample() const { return isEnoughSampleValue.load(); }
     // Decode failures since the track was opened, saturating at 4. Any thread.
     int countAudioDecodingError() const { return countAudioDecodingErrorValue.load(); }
     std::int64_t outputtedSampleCount() const { return gOutputtedSampleCount.load(); }
@@ -251,18 +267,10 @@ public:
     std::vector<BitmapData> removeBitmapData();
     void removeAllBitmapDatas();
     int bitmapDataCount() const { return bitmapDatas.count(); }
-    // The holding bitmap list, in time order when filled by the insert.
-    void addHoldingBitmapData(BitmapBytes bitmapData, double hPTSData);
-    void insertHoldingBitmapData(BitmapBytes bitmapData, double hPTSData);
-    const HoldingBitmapData *getHoldingBitmapData();
-    std::vector<HoldingBitmapData> removeHoldingBitmapData();
-    void removeAllHoldingBitmapDatas();
-    int holdingBitmapDataCount() const { return holdingBitmapDatas.count(); }
     // Calls `reader` with the seek preview under bitmapDataQueueMutex.
     void readSeekPreview(
         const std::function<void(const BitmapBytes &bitmapDataForTemp, float frameWidth,
                                  float frameHeight)> &reader) const;
-    bool isSeekingVideoNow() const { return isSeekingVideo.load(); }
     // Lets the pixel-path tests deliver pictures to the seek preview without
     // running a whole seek.
     void setIsSeekingVideoForTesting(bool value) {
@@ -276,10 +284,8 @@ public:
     // playing or while a seek preview waits to be drawn, off when paused.
     bool isAsynchronous() const { return isAsynchronousValue.load(); }
     void setAsynchronous(bool asynchronous) { isAsynchronousValue = asynchronous; }
-    // The view changed size (countAfterChangeScreen 0) or moved to another
-    // screen (the number of decisions that rebuild the drawing state).
+    // The view changed size: the next decision redraws the current picture.
     void setIsResized(bool resized);
-    void setCountAfterChangeScreen(int count);
     // The per-refresh decision: true when the current picture should be
     // drawn now. Takes the picture that is due from the bitmap list, and
     // tells what it did through `outcome` when given.
@@ -308,7 +314,6 @@ private:
     void markEnoughSamplesAndStartOutput();
     // Sets the decoding state of a freshly opened audio decoder.
     void resetAudioDecodingStateForNewTrack();
-    void emptySampleListsAndPool();
 
     // --- Audio output
     // Renders one request into the device's stream; false when no audio was
@@ -338,9 +343,7 @@ private:
     mutable NamedRecursiveMutex packetThreadMutex{"packetThread"};
     mutable NamedRecursiveMutex bitmapDataQueueMutex{"bitmapDataQueue"};
     mutable NamedRecursiveMutex bitmapDataThreadMutex{"bitmapDataThread"};
-    mutable NamedRecursiveMutex holdingBitmapDataQueueMutex{"holdingBitmapDataQueue"};
-    mutable NamedRecursiveMutex holdingPictureQueueMutex{"holdingPictureQueue"};
-    mutable NamedRecursiveMutex holdingPictureStackMutex{"holdingPictureStack"};
+    mutable NamedRecursiveMutex hardwarePictureOrderMutex{"hardwarePictureOrder"};
     mutable NamedRecursiveMutex sampleDataQueueMutex{"sampleDataQueue"};
     mutable NamedRecursiveMutex sampleDataThreadMutex{"sampleDataThread"};
     mutable NamedRecursiveMutex samplePoolMutex{"samplePool"};
@@ -377,7 +380,7 @@ private:
     bool isUglyKeyframeValue = false;
     std::atomic<int> pixelFormatModeValue{kPixelFormatUnsupported};  // pixel thread may set 42011
     std::atomic<bool> isInterlacedValue{false};
-    int flagMessPTSValue = kFlagMessPTSLookingForI;  // guarded by holdingBitmapDataQueueMutex
+    int flagMessPTSValue = kFlagMessPTSLookingForI;  // guarded by hardwarePictureOrderMutex
 
     // --- Decoding options and capabilities
     bool isUseH264AccValue = true;
@@ -504,6 +507,8 @@ private:
     // After the decoder's last picture: queues one picture the rule still
     // holds; false when none is left.
     bool releaseHeldHardwarePicture();
+    // Drops the pictures the time-stamp rule holds back.
+    void removeAllHeldHardwarePictures();
     // A software picture came out of the decoder attached to the device (it
     // gave the stream up, at a change of size or profile): notes it once,
     // queues what the rule holds, and the software path goes on.
@@ -517,9 +522,7 @@ private:
 
     std::unique_ptr<WorkerThread> pixelThread;  // main thread only
     CursorQueue<BitmapData> bitmapDatas{bitmapDataQueueMutex};
-    CursorQueue<HoldingBitmapData> holdingBitmapDatas{holdingBitmapDataQueueMutex};
-    HardwarePictureOrder<BitmapData>
-        hardwarePictureOrder;  // guarded by holdingBitmapDataQueueMutex
+    HardwarePictureOrder<BitmapData> hardwarePictureOrder;  // guarded by hardwarePictureOrderMutex
 };
 
 }  // namespace tolvane

@@ -43,10 +43,6 @@ const SampleNode *MyCAOpenGLLayer::getSampleData(int channel) {
     return sampleLists.channel(channel).read();
 }
 
-void MyCAOpenGLLayer::removeSampleDataForChannel(int channel) {
-    sampleLists.channel(channel).removeThroughCursor();
-}
-
 void MyCAOpenGLLayer::removeAllSampleDatasForChannel(int channel) {
     sampleLists.channel(channel).removeAll();
     {
@@ -64,15 +60,6 @@ int MyCAOpenGLLayer::sampleListCount() const {
         return 1;
     }
     return std::clamp(aCodecCtx->ch_layout.nb_channels, 1, kMaxSampleChannels);
-}
-
-void MyCAOpenGLLayer::emptySampleListsAndPool() {
-    const int lists = sampleListCount();
-    for (int channel = 0; channel < lists; ++channel) {
-        removeAllSampleDatasForChannel(channel);
-    }
-    NamedLockGuard lock(samplePoolMutex);
-    samplePool.release();
 }
 
 void MyCAOpenGLLayer::resetAudioDecodingStateForNewTrack() {

@@ -143,7 +143,7 @@ void MyCAOpenGLLayer::setCurrentTimeSec(double currentTimeSecToSeek, bool isOneF
             removeAllSampleDatasForChannel(channel);
         }
         removeAllBitmapDatas();
-        removeAllHoldingBitmapDatas();
+        removeAllHeldHardwarePictures();
         {
             NamedLockGuard lock(samplePoolMutex);
             samplePool.release();

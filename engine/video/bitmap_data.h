@@ -60,10 +60,4 @@ struct BitmapData {
     BitmapLayout layout = BitmapLayout::Packed422From420p8;
 };
 
-// An entry of the holding bitmap list, kept in time order by its insert.
-struct HoldingBitmapData {
-    BitmapBytes data;
-    double hPTS = 0.0;
-};
-
 }  // namespace tolvane

@@ -1,4 +1,4 @@
-// The bitmap list, the holding bitmap list and the seek preview.
+// The bitmap list, the pictures held for their time stamps, and the seek preview.
 
 #include "engine/my_ca_opengl_layer.h"
 
@@ -17,26 +17,8 @@ std::vector<BitmapData> MyCAOpenGLLayer::removeBitmapData() {
 
 void MyCAOpenGLLayer::removeAllBitmapDatas() { bitmapDatas.removeAll(); }
 
-void MyCAOpenGLLayer::addHoldingBitmapData(BitmapBytes bitmapData, double hPTSData) {
-    holdingBitmapDatas.add(HoldingBitmapData{std::move(bitmapData), hPTSData});
-}
-
-void MyCAOpenGLLayer::insertHoldingBitmapData(BitmapBytes bitmapData, double hPTSData) {
-    holdingBitmapDatas.insertOrdered(HoldingBitmapData{std::move(bitmapData), hPTSData},
-                                     [](const HoldingBitmapData &entry) { return entry.hPTS; });
-}
-
-const HoldingBitmapData *MyCAOpenGLLayer::getHoldingBitmapData() {
-    return holdingBitmapDatas.read();
-}
-
-std::vector<HoldingBitmapData> MyCAOpenGLLayer::removeHoldingBitmapData() {
-    return holdingBitmapDatas.takeThroughCursor();
-}
-
-void MyCAOpenGLLayer::removeAllHoldingBitmapDatas() {
-    holdingBitmapDatas.removeAll();
-    NamedLockGuard lock(holdingBitmapDataQueueMutex);
+void MyCAOpenGLLayer::removeAllHeldHardwarePictures() {
+    NamedLockGuard lock(hardwarePictureOrderMutex);
     hardwarePictureOrder.removeAll();
 }
 

@@ -64,7 +64,7 @@ void MyCAOpenGLLayer::openHardwareDecodingForVideoDecoder(const QString &path) {
     isMacSupportH264AccValue = true;
     hasLoggedHardwareDownloadFailure = false;
     const int flag = checkPTS(encodedPath.constData());
-    NamedLockGuard lock(holdingBitmapDataQueueMutex);
+    NamedLockGuard lock(hardwarePictureOrderMutex);
     flagMessPTSValue = flag;
     hardwarePictureOrder.reset(av_q2d(stream->time_base), videoFrameRate(), flag);
     logInfo(QStringLiteral("H.264 decoded in hardware (%1), time stamps %2")
@@ -96,7 +96,7 @@ void MyCAOpenGLLayer::queueHardwarePicture(const AVFrame *frame) {
                        BitmapLayout::Nv12From420p8};
     std::optional<HardwarePictureOrder<BitmapData>::Released> released;
     {
-        NamedLockGuard lock(holdingBitmapDataQueueMutex);
+        NamedLockGuard lock(hardwarePictureOrderMutex);
         // The decoder hands back the decoding stamp of each picture's own
         // packet through reordered_opaque (set before each send).
         released = hardwarePictureOrder.properImageBufferAndPTS(
@@ -122,7 +122,7 @@ void MyCAOpenGLLayer::noteSoftwarePictureFromHardwareDecoder() {
 bool MyCAOpenGLLayer::releaseHeldHardwarePicture() {
     std::optional<HardwarePictureOrder<BitmapData>::Released> released;
     {
-        NamedLockGuard lock(holdingBitmapDataQueueMutex);
+        NamedLockGuard lock(hardwarePictureOrderMutex);
         released = hardwarePictureOrder.releaseFirst(gNextVideoFramePtsSec.load());
     }
     if (!released) {
