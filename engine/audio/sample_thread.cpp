@@ -5,6 +5,7 @@
 
 #include "base/log.h"
 #include "engine/audio/audio_decoding_rules.h"
+#include "engine/clock/stream_time.h"
 #include "engine/demux/media_end.h"
 #include "engine/my_ca_opengl_layer.h"
 
@@ -195,8 +196,7 @@ void MyCAOpenGLLayer::decodeAudioPacketIntoSampleLists(const AVPacket &packet) {
     const std::int64_t stamp = packet.dts != AV_NOPTS_VALUE   ? packet.dts
                                : packet.pts != AV_NOPTS_VALUE ? packet.pts
                                                               : 0;
-    const double ptsSec =
-        double(stream->time_base.num) / double(stream->time_base.den) * double(stamp);
+    const double ptsSec = secondsOfStreamTimestamp(stamp, stream->time_base);
     if (!aFrame) {
         aFrame = makeFrame();
     }

@@ -4,6 +4,10 @@
 #include <optional>
 #include <span>
 
+extern "C" {
+#include <libavutil/rational.h>
+}
+
 namespace tolvane {
 
 // av_seek_frame flags of the engine's seeks: by frame, and backward when the
@@ -14,7 +18,7 @@ inline constexpr int kSeekFlagsBackward = 9;
 
 struct SeekRuleInputs {
     double targetSec = 0.0;                         // start time plus the wanted position
-    double timeBaseSec = 0.0;                       // of the video stream
+    AVRational timeBase{0, 1};                      // of the video stream
     std::span<const std::int64_t> indexTimestamps;  // of the video stream's seek index
     bool isUglyKeyframe = false;
     double fileDurationSec = 0.0;

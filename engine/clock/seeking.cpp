@@ -3,6 +3,7 @@
 
 #include "base/log.h"
 #include "engine/clock/seek_rules.h"
+#include "engine/clock/stream_time.h"
 #include "engine/demux/media_end.h"
 #include "engine/my_ca_opengl_layer.h"
 
@@ -28,16 +29,15 @@ void MyCAOpenGLLayer::primeDeferredSeekIndex(AVStream *videoStream, double targe
     if (!defersIndex || avformat_index_get_entries_count(videoStream) >= kMinIndexEntriesForRules) {
         return;
     }
-    const double timeBaseSec =
-        double(videoStream->time_base.num) / double(videoStream->time_base.den);
     av_seek_frame(pFormatCtx.get(), videoStreamIdx,
-                  std::int64_t(std::max(targetSec, 0.0) / timeBaseSec), kSeekFlagsBackward);
+                  streamTimestampOfSeconds(std::max(targetSec, 0.0), videoStream->time_base),
+                  kSeekFlagsBackward);
 }
 
 SeekAttempt seekAttemptFor(const SeekRuleInputs &inputs) {
     SeekAttempt attempt;
     attempt.targetSec = inputs.targetSec;
-    attempt.timestamp = std::int64_t(inputs.targetSec / inputs.timeBaseSec);
+    attempt.timestamp = streamTimestampOfSeconds(inputs.targetSec, inputs.timeBase);
     const auto &index = inputs.indexTimestamps;
     if (index.size() >= std::size_t(kMinIndexEntriesForRules) &&
         isKnownDurationSec(inputs.fileDurationSec)) {
@@ -92,8 +92,7 @@ void MyCAOpenGLLayer::setCurrentTimeSec(double currentTimeSecToSeek, bool isOneF
         }
         SeekRuleInputs inputs;
         inputs.targetSec = startTimeSec() + currentTimeSecToSeek;
-        inputs.timeBaseSec =
-            double(videoStream->time_base.num) / double(videoStream->time_base.den);
+        inputs.timeBase = videoStream->time_base;
         inputs.indexTimestamps = indexTimestamps;
         inputs.isUglyKeyframe = isUglyKeyframeValue;
         inputs.fileDurationSec = fileDurationSecValue;
@@ -191,9 +190,7 @@ void MyCAOpenGLLayer::displayJustOneVideoFrame(double targetSec) {
         if (packet->stream_index == audioStreamIdx) {
             // Audio before the target is dropped, so that the clock re-bases
             // on the first packet at or after it.
-            const double packetSec =
-                double(audioTimeBase.num) / double(audioTimeBase.den) * double(packet->dts);
-            if (packetSec >= targetSec) {
+            if (secondsOfStreamTimestamp(packet->dts, audioTimeBase) >= targetSec) {
                 addAudioPacket(packet.get());
             }
             continue;
@@ -211,8 +208,7 @@ void MyCAOpenGLLayer::displayJustOneVideoFrame(double targetSec) {
         }
         if (hasPicture) {
             if (dts != AV_NOPTS_VALUE) {
-                seekingMovieTimeSec =
-                    double(videoTimeBase.num) / double(videoTimeBase.den) * double(dts);
+                seekingMovieTimeSec = secondsOfStreamTimestamp(dts, videoTimeBase);
             }
             removeVideoPacket();
             hasPictureOnScreen = true;

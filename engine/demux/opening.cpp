@@ -5,6 +5,7 @@
 
 #include "base/localized_strings.h"
 #include "base/log.h"
+#include "engine/clock/stream_time.h"
 #include "engine/demux/media_description.h"
 #include "engine/demux/media_end.h"
 #include "engine/my_ca_opengl_layer.h"
@@ -49,7 +50,7 @@ QString layoutTextOf(const AVChannelLayout &layout) {
 double secondsOfStreamStart(const AVStream *stream) {
     return stream->start_time == AV_NOPTS_VALUE
                ? 0.0
-               : double(stream->start_time) * ratioOrZero(stream->time_base);
+               : secondsOfStreamTimestamp(stream->start_time, stream->time_base);
 }
 
 std::vector<IndexEntrySummary> indexEntriesOf(const AVStream *stream) {

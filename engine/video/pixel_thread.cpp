@@ -1,6 +1,7 @@
 // The pixel thread: video packets decoded in software into timed bitmaps.
 
 #include "base/notification_center.h"
+#include "engine/clock/stream_time.h"
 #include "engine/my_ca_opengl_layer.h"
 #include "engine/video/bitmap_conversion.h"
 #include "engine/video/decoder_feed.h"
@@ -137,7 +138,7 @@ PixelPassOutcome MyCAOpenGLLayer::addBitmapDataOnePass() {
     const std::optional<double> packetTimeSec =
         packet->pts == AV_NOPTS_VALUE
             ? std::nullopt
-            : std::optional<double>(double(packet->pts) * av_q2d(timeBase));
+            : std::optional<double>(secondsOfStreamTimestamp(packet->pts, timeBase));
     const double seekTargetSec = seekingMovieTimeSec.load();
     const LateVideoPacketJudgement judgement =
         judgeLateVideoPacket(packetTimeSec, (packet->flags & AV_PKT_FLAG_KEY) != 0, nowSec,

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <thread>
 
+#include "engine/clock/stream_time.h"
 #include "engine/demux/media_end.h"
 
 namespace tolvane {
@@ -93,7 +94,7 @@ LateVideoPacketJudgement judgeLateVideoPacket(std::optional<double> packetTimeSe
 PictureTime pictureTimeFor(std::int64_t frameBestEffortTimestamp, std::int64_t packetPts,
                            std::int64_t packetDts, AVRational timeBase,
                            double nextVideoFramePtsSec) {
-    const double unitSec = ratioOf(timeBase);
+    const double unitSec = secondsPerStreamUnit(timeBase);
     if (frameBestEffortTimestamp != AV_NOPTS_VALUE) {
         const double ptsSec = double(frameBestEffortTimestamp) * unitSec;
         return {ptsSec, ptsSec + unitSec};

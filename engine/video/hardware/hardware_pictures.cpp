@@ -4,6 +4,7 @@
 #include <QFile>
 
 #include "base/log.h"
+#include "engine/clock/stream_time.h"
 #include "engine/my_ca_opengl_layer.h"
 #include "engine/video/hardware/nv12_bitmap.h"
 #include "engine/video/hardware/pts_check.h"
@@ -66,7 +67,7 @@ void MyCAOpenGLLayer::openHardwareDecodingForVideoDecoder(const QString &path) {
     const int flag = checkPTS(encodedPath.constData());
     NamedLockGuard lock(hardwarePictureOrderMutex);
     flagMessPTSValue = flag;
-    hardwarePictureOrder.reset(av_q2d(stream->time_base), videoFrameRate(), flag);
+    hardwarePictureOrder.reset(secondsPerStreamUnit(stream->time_base), videoFrameRate(), flag);
     logInfo(QStringLiteral("H.264 decoded in hardware (%1), time stamps %2")
                 .arg(QLatin1String(hardwareDecoding->deviceName()),
                      flag == kFlagMessPTSUnusable ? QStringLiteral("unusable")

@@ -43,7 +43,7 @@ TEST(SeekRules, TargetsNearEitherEndOfTheIndexAreMovedInside) {
     for (const Case &c : cases) {
         SeekRuleInputs inputs;
         inputs.targetSec = c.target;
-        inputs.timeBaseSec = 0.001;
+        inputs.timeBase = AVRational{1, 1000};
         inputs.indexTimestamps = c.hasShortIndex ? shortIndex : index;
         inputs.isUglyKeyframe = c.isUgly;
         inputs.fileDurationSec = 10.0;
