@@ -35,27 +35,13 @@ void MyCAOpenGLLayer::cleanBeforeOpenFile() {
             NamedLockGuard lock(rateMutex);
             rateValue = 0.0;
         }
-        {
-            const int lists = sampleListCount();
-            for (int channel = 0; channel < lists; ++channel) {
-                removeAllSampleDatasForChannel(channel);
-            }
-        }
-        removeAllBitmapDatas();
-        removeAllHeldHardwarePictures();
+        emptyQueues(QueueEmptying::Everything);
         releasePooledBitmapStorage();
-        {
-            NamedLockGuard lock(samplePoolMutex);
-            samplePool.release();
-        }
         {
             NamedLockGuard lock(drawVideoMutex);
             isResized = true;
             countAfterChangeScreen = 1;
         }
-
-        removeAllVideoPackets();
-        removeAllAudioPackets();
 
         if (isPixelThreadStopped) {
             NamedLockGuard lock(bitmapDataThreadMutex);
@@ -110,6 +96,38 @@ void MyCAOpenGLLayer::cleanBeforeOpenFile() {
     } catch (const std::exception &e) {
         logException("cbof", e.what());
     }
+}
+
+void MyCAOpenGLLayer::emptyQueues(QueueEmptying emptying) {
+    {
+        // One lock over every channel, as the callback reads them.
+        NamedLockGuard lock(sampleDataQueueMutex);
+        const int lists = sampleListCount();
+        for (int channel = 0; channel < lists; ++channel) {
+            sampleLists.channel(channel).removeAll();
+        }
+    }
+    {
+        NamedLockGuard lock(samplePoolMutex);
+        samplePool.release();
+    }
+    removeAllAudioPackets();
+    if (emptying == QueueEmptying::Everything) {
+        NamedLockGuard lock(sampleCountMutex);
+        gOutputtedSampleCount = 0;
+        gReadedSampleCount = 0;
+    }
+    {
+        // Not nested in sampleCountMutex: the callback takes enoughMutex first.
+        NamedLockGuard lock(enoughMutex);
+        isEnoughSampleValue = false;
+    }
+    if (emptying == QueueEmptying::AudioButClock) {
+        return;
+    }
+    removeAllVideoPackets();
+    removeAllBitmapDatas();
+    removeAllHeldHardwarePictures();
 }
 
 }  // namespace tolvane

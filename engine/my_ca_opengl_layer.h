@@ -175,8 +175,6 @@ public:
     // until the matching remove.
     void addSampleData(std::vector<std::uint8_t> data, double ptsSec, int channel);
     const SampleNode *getSampleData(int channel);
-    // Also zeroes both sample counters and clears isEnoughSample.
-    void removeAllSampleDatasForChannel(int channel);
     int sampleDataCountForChannel(int channel) const {
         return sampleLists.channel(channel).count();
     }
@@ -304,6 +302,23 @@ private:
     // Queues the packet of a read, or ends the packet stream when it failed.
     PacketPassAction takeReadResult(int readResult, PacketPtr packet);
     void showAlert(const QString &message, const QString &informativeText);
+
+    // What an emptying of the queues leaves in place. None touches the seek
+    // preview: a seek shows it until the picture at its target comes.
+    enum class QueueEmptying {
+        // The reset: every packet, sample and picture, the pictures the
+        // hardware order holds and the sample pool; the clock goes to 0.
+        Everything,
+        // The seek: the same, but the clock stays, for the seek to judge its
+        // direction by before it puts the clock on the target.
+        EverythingButClock,
+        // The track change: the audio packets, the samples and the pool, while
+        // the old decoder still says how many sample lists there are. The
+        // clock stays for the seek that follows, which empties the rest.
+        AudioButClock,
+    };
+    // With every worker stopped (or abandoned by the bounded stop).
+    void emptyQueues(QueueEmptying emptying);
     QString openMovieFileSteps(const QString &path);
 
     // --- Audio decoding and sample lists
@@ -335,7 +350,10 @@ private:
     void rebaseClockOnTimeSec(double timeSec);
     void putClockOnStreamStart();
     bool setSilentOutputForVideoWithoutSound(float volume);
-    bool openAudioDecoderForStream(int streamIndex);
+    // Opens the decoder of audio stream `streamIndex` and makes it the
+    // track's, for the open and the track change; the open's result code
+    // ("-2005", "-2007: ...", "-2008") when it cannot, the track left as it was.
+    std::optional<QString> openAudioDecoderForStream(int streamIndex);
 
     // --- Locks, named for what they guard. Created with the engine.
     mutable NamedRecursiveMutex videoPacketQueueMutex{"videoPacketQueue"};

@@ -26,22 +26,25 @@ bool isQuadLayoutOf(const AVStream *stream) {
 
 }  // namespace
 
-bool MyCAOpenGLLayer::openAudioDecoderForStream(int streamIndex) {
+std::optional<QString> MyCAOpenGLLayer::openAudioDecoderForStream(int streamIndex) {
     if (!pFormatCtx || streamIndex < 0 || unsigned(streamIndex) >= pFormatCtx->nb_streams) {
-        return false;
+        return QStringLiteral("-2005");
     }
     const AVStream *stream = pFormatCtx->streams[streamIndex];
     if (stream->codecpar->codec_type != AVMEDIA_TYPE_AUDIO) {
-        return false;
+        return QStringLiteral("-2005");
     }
     const AVCodec *codec = avcodec_find_decoder(stream->codecpar->codec_id);
     if (codec == nullptr) {
-        return false;
+        return QStringLiteral("-2005");
     }
     CodecContextPtr context = codecContextForStream(codec, stream);
-    if (!context || avcodec_open2(context.get(), codec, nullptr) < 0 ||
-        context->ch_layout.nb_channels < 1) {
-        return false;
+    const int error = context ? avcodec_open2(context.get(), codec, nullptr) : int(AVERROR(ENOMEM));
+    if (error < 0) {
+        return QStringLiteral("-2007: %1.").arg(QString::fromStdString(ffmpegErrorText(error)));
+    }
+    if (context->ch_layout.nb_channels < 1) {
+        return QStringLiteral("-2008");
     }
     aCodec = codec;
     aCodecCtx = std::move(context);
@@ -53,7 +56,7 @@ bool MyCAOpenGLLayer::openAudioDecoderForStream(int streamIndex) {
         logException("cat(q)", e.what());
         isQuadValue = false;
     }
-    return true;
+    return std::nullopt;
 }
 
 void MyCAOpenGLLayer::changeAudioTrack(int newAudioStreamIdx) {
@@ -69,29 +72,19 @@ void MyCAOpenGLLayer::changeAudioTrack(int newAudioStreamIdx) {
         stopPixelThread();
         stopPacketThread();
 
-        {
-            NamedLockGuard lock(sampleDataQueueMutex);
-            const int lists = sampleListCount();
-            for (int channel = 0; channel < lists; ++channel) {
-                sampleLists.channel(channel).removeAll();
-            }
-        }
         const double targetSec = std::max(0.0, stoodAtSec - kResumeEarlierAfterTrackChangeSec);
-        {
-            NamedLockGuard lock(samplePoolMutex);
-            samplePool.release();
-        }
-
-        removeAllAudioPackets();
+        emptyQueues(QueueEmptying::AudioButClock);
         avcodec_flush_buffers(aCodecCtx.get());
         const int oldAudioStreamIdx = audioStreamIdx;
         aCodecCtx.reset();
         aCodec = nullptr;
-        if (!openAudioDecoderForStream(newAudioStreamIdx)) {
+        if (openAudioDecoderForStream(newAudioStreamIdx)) {
             NotificationCenter::defaultCenter().post(kAudioCodecErrorNotification, this);
-            if (!openAudioDecoderForStream(oldAudioStreamIdx)) {
-                logWarning(QStringLiteral("the audio track %1 could not be opened again")
-                               .arg(oldAudioStreamIdx));
+            if (const std::optional<QString> failure =
+                    openAudioDecoderForStream(oldAudioStreamIdx)) {
+                logWarning(QStringLiteral("the audio track %1 could not be opened again (%2)")
+                               .arg(oldAudioStreamIdx)
+                               .arg(*failure));
             }
         }
 

@@ -44,18 +44,6 @@ const SampleNode *MyCAOpenGLLayer::getSampleData(int channel) {
     return sampleLists.channel(channel).read();
 }
 
-void MyCAOpenGLLayer::removeAllSampleDatasForChannel(int channel) {
-    sampleLists.channel(channel).removeAll();
-    {
-        NamedLockGuard lock(sampleCountMutex);
-        gOutputtedSampleCount = 0;
-        gReadedSampleCount = 0;
-    }
-    // Not nested in sampleCountMutex: the callback takes enoughMutex first.
-    NamedLockGuard lock(enoughMutex);
-    isEnoughSampleValue = false;
-}
-
 int MyCAOpenGLLayer::sampleListCount() const {
     if (!aCodecCtx || !isPlanarSampleFormat(aCodecCtx->sample_fmt)) {
         return 1;

@@ -70,8 +70,7 @@ void MyCAOpenGLLayer::setCurrentTimeSec(double currentTimeSecToSeek, bool isOneF
         stopPixelThread();
         stopPacketThread();
         destroyOutputUnit();
-        removeAllVideoPackets();
-        removeAllAudioPackets();
+        emptyQueues(QueueEmptying::EverythingButClock);
         if (!pFormatCtx || videoStreamIdx < 0) {
             setDefaultOutputAUWithVolume(rememberedVolume);
             return;
@@ -137,16 +136,6 @@ void MyCAOpenGLLayer::setCurrentTimeSec(double currentTimeSecToSeek, bool isOneF
         }
         isSeekingAudio = true;
 
-        const int lists = sampleListCount();
-        for (int channel = 0; channel < lists; ++channel) {
-            removeAllSampleDatasForChannel(channel);
-        }
-        removeAllBitmapDatas();
-        removeAllHeldHardwarePictures();
-        {
-            NamedLockGuard lock(samplePoolMutex);
-            samplePool.release();
-        }
         rebaseClockOnTimeSec(target);
         gNextVideoFramePtsSec = target;
         seekingMovieTimeSec = target;

@@ -167,11 +167,11 @@ QString MyCAOpenGLLayer::openMovieFileSteps(const QString &path) {
     if (vCodec == nullptr) {
         return QStringLiteral("-2004");
     }
-    if (audioStream != nullptr) {
-        aCodec = avcodec_find_decoder(audioStream->codecpar->codec_id);
-        if (aCodec == nullptr) {
-            return QStringLiteral("-2005");
-        }
+    // Looked for here so that a missing audio decoder is told before the
+    // video decoder's failures, as the codes are ordered.
+    if (audioStream != nullptr &&
+        avcodec_find_decoder(audioStream->codecpar->codec_id) == nullptr) {
+        return QStringLiteral("-2005");
     }
     vCodecCtx = codecContextForStream(vCodec, videoStream);
     if (!vCodecCtx) {
@@ -183,15 +183,8 @@ QString MyCAOpenGLLayer::openMovieFileSteps(const QString &path) {
         return codeWithError("-2006", error);
     }
     if (audioStream != nullptr) {
-        aCodecCtx = codecContextForStream(aCodec, audioStream);
-        if (!aCodecCtx) {
-            return codeWithError("-2007", AVERROR(ENOMEM));
-        }
-        if (const int error = avcodec_open2(aCodecCtx.get(), aCodec, nullptr); error < 0) {
-            return codeWithError("-2007", error);
-        }
-        if (aCodecCtx->ch_layout.nb_channels < 1) {
-            return QStringLiteral("-2008");
+        if (std::optional<QString> failure = openAudioDecoderForStream(audioStreamIdx)) {
+            return *failure;
         }
     }
 
@@ -233,9 +226,6 @@ QString MyCAOpenGLLayer::openMovieFileSteps(const QString &path) {
     fileDurationSecValue = pFormatCtx->duration == AV_NOPTS_VALUE || pFormatCtx->duration < 0
                                ? kNoDurationSec
                                : double(pFormatCtx->duration) / kMicrosecondsPerSecond;
-    if (aCodecCtx) {
-        audioBytesPerChannelValue = audioBytesPerChannelFor(aCodecCtx->sample_fmt);
-    }
     videoOnlyStartTimeSec = secondsOfStreamStart(videoStream);
     putClockOnStreamStart();
     return QString::fromLatin1(kOpenSucceeded);
