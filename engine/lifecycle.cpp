@@ -1,6 +1,7 @@
 // Creation and the reset before every file.
 
 #include "base/log.h"
+#include "base/operation_boundary.h"
 #include "engine/my_ca_opengl_layer.h"
 
 namespace tolvane {
@@ -15,7 +16,7 @@ MyCAOpenGLLayer::~MyCAOpenGLLayer() { cleanBeforeQuit(); }
 void MyCAOpenGLLayer::cleanBeforeQuit() { cleanBeforeOpenFile(); }
 
 void MyCAOpenGLLayer::cleanBeforeOpenFile() {
-    try {
+    runAtOperationBoundary("cbof", [&] {
         isAlsoHaveMovieValue = false;
         // A worker abandoned by the bounded stop may hold its thread lock for
         // ever: the reset then leaves alone what that lock guards rather
@@ -93,9 +94,7 @@ void MyCAOpenGLLayer::cleanBeforeOpenFile() {
             frameWidth = 0.0f;
             frameHeight = 0.0f;
         }
-    } catch (const std::exception &e) {
-        logException("cbof", e.what());
-    }
+    });
 }
 
 void MyCAOpenGLLayer::emptyQueues(QueueEmptying emptying) {

@@ -319,7 +319,6 @@ private:
     };
     // With every worker stopped (or abandoned by the bounded stop).
     void emptyQueues(QueueEmptying emptying);
-    QString openMovieFileSteps(const QString &path);
 
     // --- Audio decoding and sample lists
     void addSampleToQueueOnThreadOnlyOne(const std::function<bool()> &isCancelled);

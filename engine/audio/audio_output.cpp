@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "base/log.h"
+#include "base/operation_boundary.h"
 #include "engine/audio/audio_output_device.h"
 #include "engine/my_ca_opengl_layer.h"
 
@@ -47,59 +48,59 @@ void audioDeviceCallback(void *context, std::uint8_t *stream, int bytes);
 }  // namespace
 
 bool MyCAOpenGLLayer::setDefaultOutputAUWithVolume(float volume) {
-    try {
-        if (!aCodecCtx) {
-            return videoStreamIdx >= 0 && setSilentOutputForVideoWithoutSound(volume);
-        }
-        destroyOutputUnit();
-        const AVCodecContext &codec = *aCodecCtx;
-        const int sourceChannels = codec.ch_layout.nb_channels;
-        const bool isPlanar = isPlanarSampleFormat(codec.sample_fmt);
-        const SampleType type = sampleTypeFor(codec.sample_fmt);
+    return resultAtOperationBoundary(
+        "sdoauwv",
+        [&] {
+            if (!aCodecCtx) {
+                return videoStreamIdx >= 0 && setSilentOutputForVideoWithoutSound(volume);
+            }
+            destroyOutputUnit();
+            const AVCodecContext &codec = *aCodecCtx;
+            const int sourceChannels = codec.ch_layout.nb_channels;
+            const bool isPlanar = isPlanarSampleFormat(codec.sample_fmt);
+            const SampleType type = sampleTypeFor(codec.sample_fmt);
 
-        AudioDeviceRequest request;
-        request.sampleRate = codec.sample_rate;
-        // Two or more channels are mixed for stereo through the mix table, so
-        // that each reaches the speaker it belongs to whatever the sound
-        // server would make of them; mono stays mono, for both speakers.
-        request.channels = sourceChannels == 1 ? 1 : 2;
-        request.type = type;
-        request.framesPerCallback = framesPerCallbackFor(codec.sample_rate);
-        QString errorText;
-        std::unique_ptr<AudioOutputDevice> device =
-            AudioOutputDevice::open(request, &audioDeviceCallback, this, &errorText);
-        if (!device) {
-            logWarning(QStringLiteral("cannot open the audio output: %1").arg(errorText));
-            return false;
-        }
+            AudioDeviceRequest request;
+            request.sampleRate = codec.sample_rate;
+            // Two or more channels are mixed for stereo through the mix table, so
+            // that each reaches the speaker it belongs to whatever the sound
+            // server would make of them; mono stays mono, for both speakers.
+            request.channels = sourceChannels == 1 ? 1 : 2;
+            request.type = type;
+            request.framesPerCallback = framesPerCallbackFor(codec.sample_rate);
+            QString errorText;
+            std::unique_ptr<AudioOutputDevice> device =
+                AudioOutputDevice::open(request, &audioDeviceCallback, this, &errorText);
+            if (!device) {
+                logWarning(QStringLiteral("cannot open the audio output: %1").arg(errorText));
+                return false;
+            }
 
-        const int deviceChannels = device->channels() > 0 ? device->channels() : 2;
-        const int frames = std::min(device->framesPerCallback(), kMaxFramesPerCallback);
-        {
-            NamedLockGuard lock(samplePoolMutex);
-            audioOutputChannelsValue = deviceChannels;
-            renderLayout =
-                SourceLayout{sourceChannels, isPlanar, type, isQuadValue, deviceChannels};
-            outputDeviceChannels = deviceChannels;
-            const int poolBuffers = isPlanar ? std::min(sourceChannels, kMaxSampleChannels) : 1;
-            samplePool.allocate(poolBuffers);
-            const int needPerBuffer =
-                audioBytesPerChannelValue * frames * (isPlanar ? 1 : sourceChannels);
-            gatherScratch.assign(std::size_t(poolBuffers) * std::size_t(needPerBuffer), 0);
-            renderScratch.assign(std::size_t(kMaxSampleChannels) * std::size_t(frames) *
-                                     std::size_t(bytesOfSampleType(type)),
-                                 0);
-        }
-        outputFramesPerCallbackValue = frames;
-        outputFrameBytes = deviceChannels * bytesOfSampleType(type);
-        theOutputUnit = std::move(device);
-        outputDeviceId = theOutputUnit->id();
-        setVolume(volume);
-        return true;
-    } catch (const std::exception &e) {
-        logException("sdoauwv", e.what());
-        return false;
-    }
+            const int deviceChannels = device->channels() > 0 ? device->channels() : 2;
+            const int frames = std::min(device->framesPerCallback(), kMaxFramesPerCallback);
+            {
+                NamedLockGuard lock(samplePoolMutex);
+                audioOutputChannelsValue = deviceChannels;
+                renderLayout =
+                    SourceLayout{sourceChannels, isPlanar, type, isQuadValue, deviceChannels};
+                outputDeviceChannels = deviceChannels;
+                const int poolBuffers = isPlanar ? std::min(sourceChannels, kMaxSampleChannels) : 1;
+                samplePool.allocate(poolBuffers);
+                const int needPerBuffer =
+                    audioBytesPerChannelValue * frames * (isPlanar ? 1 : sourceChannels);
+                gatherScratch.assign(std::size_t(poolBuffers) * std::size_t(needPerBuffer), 0);
+                renderScratch.assign(std::size_t(kMaxSampleChannels) * std::size_t(frames) *
+                                         std::size_t(bytesOfSampleType(type)),
+                                     0);
+            }
+            outputFramesPerCallbackValue = frames;
+            outputFrameBytes = deviceChannels * bytesOfSampleType(type);
+            theOutputUnit = std::move(device);
+            outputDeviceId = theOutputUnit->id();
+            setVolume(volume);
+            return true;
+        },
+        [](std::string_view) { return false; });
 }
 
 bool MyCAOpenGLLayer::setSilentOutputForVideoWithoutSound(float volume) {

@@ -5,6 +5,7 @@
 
 #include "base/log.h"
 #include "base/notification_center.h"
+#include "base/operation_boundary.h"
 #include "engine/demux/media_description.h"
 #include "engine/my_ca_opengl_layer.h"
 
@@ -50,17 +51,13 @@ std::optional<QString> MyCAOpenGLLayer::openAudioDecoderForStream(int streamInde
     aCodecCtx = std::move(context);
     audioStreamIdx = streamIndex;
     audioBytesPerChannelValue = audioBytesPerChannelFor(aCodecCtx->sample_fmt);
-    try {
-        isQuadValue = isQuadLayoutOf(stream);
-    } catch (const std::exception &e) {
-        logException("cat(q)", e.what());
-        isQuadValue = false;
-    }
+    isQuadValue = false;
+    runAtOperationBoundary("cat(q)", [&] { isQuadValue = isQuadLayoutOf(stream); });
     return std::nullopt;
 }
 
 void MyCAOpenGLLayer::changeAudioTrack(int newAudioStreamIdx) {
-    try {
+    runAtOperationBoundary("cat", [&] {
         NamedLockGuard changeLock(changeAudioMutex);
         if (!pFormatCtx || !aCodecCtx || newAudioStreamIdx == audioStreamIdx) {
             return;
@@ -98,9 +95,7 @@ void MyCAOpenGLLayer::changeAudioTrack(int newAudioStreamIdx) {
         if (rememberedRate == 1.0) {
             setRate(1.0);
         }
-    } catch (const std::exception &e) {
-        logException("cat", e.what());
-    }
+    });
 }
 
 }  // namespace tolvane

@@ -2,6 +2,7 @@
 // every queue, re-base the clock and optionally show the picture there.
 
 #include "base/log.h"
+#include "base/operation_boundary.h"
 #include "engine/clock/seek_rules.h"
 #include "engine/clock/stream_time.h"
 #include "engine/demux/media_end.h"
@@ -62,7 +63,7 @@ SeekAttempt seekAttemptFor(const SeekRuleInputs &inputs) {
 }
 
 void MyCAOpenGLLayer::setCurrentTimeSec(double currentTimeSecToSeek, bool isOneFrame) {
-    try {
+    runAtOperationBoundary("scts:iof", [&] {
         NamedLockGuard seekLock(seekMutex);
         const float rememberedVolume = outputVolume.load();
         setVolume(0.0f);
@@ -147,9 +148,7 @@ void MyCAOpenGLLayer::setCurrentTimeSec(double currentTimeSecToSeek, bool isOneF
             isSeekingVideo = false;
         }
         setDefaultOutputAUWithVolume(rememberedVolume);
-    } catch (const std::exception &e) {
-        logException("scts:iof", e.what());
-    }
+    });
 }
 
 void MyCAOpenGLLayer::restartTimers() {

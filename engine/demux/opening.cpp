@@ -5,6 +5,7 @@
 
 #include "base/localized_strings.h"
 #include "base/log.h"
+#include "base/operation_boundary.h"
 #include "engine/clock/stream_time.h"
 #include "engine/demux/media_description.h"
 #include "engine/demux/media_end.h"
@@ -112,156 +113,157 @@ QString MyCAOpenGLLayer::nameOfPixelFormat(AVPixelFormat pixelFormat) {
 }
 
 QString MyCAOpenGLLayer::openMovieFile(const QString &path) {
-    try {
-        return openMovieFileSteps(path);
-    } catch (const std::exception &e) {
-        logException("omf", e.what());
-        return QStringLiteral("-2000: %1.").arg(QString::fromUtf8(e.what()));
-    }
-}
+    return resultAtOperationBoundary(
+        "omf",
+        [&]() -> QString {
+            cleanBeforeOpenFile();
 
-QString MyCAOpenGLLayer::openMovieFileSteps(const QString &path) {
-    cleanBeforeOpenFile();
-
-    OpenedInput input = openInputWithStreamInfo(QFile::encodeName(path).constData());
-    if (input.failedStep == 0) {
-        return codeWithError("-2000", input.errorCode);
-    }
-    pFormatCtx = std::move(input.context);
-    if (input.failedStep == 1) {
-        return codeWithError("-2001", input.errorCode);
-    }
-
-    std::vector<int> audioStreams;
-    for (unsigned i = 0; i < pFormatCtx->nb_streams; ++i) {
-        const AVMediaType type = pFormatCtx->streams[i]->codecpar->codec_type;
-        if (type == AVMEDIA_TYPE_VIDEO && videoStreamIdx < 0) {
-            videoStreamIdx = int(i);
-        } else if (type == AVMEDIA_TYPE_AUDIO) {
-            if (audioStreamIdx < 0) {
-                audioStreamIdx = int(i);
+            OpenedInput input = openInputWithStreamInfo(QFile::encodeName(path).constData());
+            if (input.failedStep == 0) {
+                return codeWithError("-2000", input.errorCode);
             }
-            audioStreams.push_back(int(i));
-        }
-    }
-    if (videoStreamIdx < 0) {
-        return QStringLiteral("-2002");
-    }
-    // A video without sound plays, timed by the silent output over its
-    // known length; without one nothing could tell where it ends.
-    if (audioStreamIdx < 0 && pFormatCtx->duration <= 0) {
-        return QStringLiteral("-2003");
-    }
+            pFormatCtx = std::move(input.context);
+            if (input.failedStep == 1) {
+                return codeWithError("-2001", input.errorCode);
+            }
 
-    const AVStream *videoStream = pFormatCtx->streams[videoStreamIdx];
-    const AVStream *audioStream =
-        audioStreamIdx >= 0 ? pFormatCtx->streams[audioStreamIdx] : nullptr;
-    // The displayed height: the coded one (1088 for a 1080p H.264 stream)
-    // includes the rows the encoder padded to whole macroblocks.
-    const int heightBeforeOpen = videoStream->codecpar->height;
+            std::vector<int> audioStreams;
+            for (unsigned i = 0; i < pFormatCtx->nb_streams; ++i) {
+                const AVMediaType type = pFormatCtx->streams[i]->codecpar->codec_type;
+                if (type == AVMEDIA_TYPE_VIDEO && videoStreamIdx < 0) {
+                    videoStreamIdx = int(i);
+                } else if (type == AVMEDIA_TYPE_AUDIO) {
+                    if (audioStreamIdx < 0) {
+                        audioStreamIdx = int(i);
+                    }
+                    audioStreams.push_back(int(i));
+                }
+            }
+            if (videoStreamIdx < 0) {
+                return QStringLiteral("-2002");
+            }
+            // A video without sound plays, timed by the silent output over its
+            // known length; without one nothing could tell where it ends.
+            if (audioStreamIdx < 0 && pFormatCtx->duration <= 0) {
+                return QStringLiteral("-2003");
+            }
 
-    const std::vector<IndexEntrySummary> indexEntries = indexEntriesOf(videoStream);
-    isUglyKeyframeValue = isUglyKeyframeFromIndexEntries(indexEntries);
+            const AVStream *videoStream = pFormatCtx->streams[videoStreamIdx];
+            const AVStream *audioStream =
+                audioStreamIdx >= 0 ? pFormatCtx->streams[audioStreamIdx] : nullptr;
+            // The displayed height: the coded one (1088 for a 1080p H.264 stream)
+            // includes the rows the encoder padded to whole macroblocks.
+            const int heightBeforeOpen = videoStream->codecpar->height;
 
-    vCodec = avcodec_find_decoder(videoStream->codecpar->codec_id);
-    if (vCodec == nullptr) {
-        return QStringLiteral("-2004");
-    }
-    // Looked for here so that a missing audio decoder is told before the
-    // video decoder's failures, as the codes are ordered.
-    if (audioStream != nullptr &&
-        avcodec_find_decoder(audioStream->codecpar->codec_id) == nullptr) {
-        return QStringLiteral("-2005");
-    }
-    vCodecCtx = codecContextForStream(vCodec, videoStream);
-    if (!vCodecCtx) {
-        return codeWithError("-2006", AVERROR(ENOMEM));
-    }
-    configureVideoDecoderThreads(*vCodecCtx);
-    openHardwareDecodingForVideoDecoder(path);
-    if (const int error = avcodec_open2(vCodecCtx.get(), vCodec, nullptr); error < 0) {
-        return codeWithError("-2006", error);
-    }
-    if (audioStream != nullptr) {
-        if (std::optional<QString> failure = openAudioDecoderForStream(audioStreamIdx)) {
-            return *failure;
-        }
-    }
+            const std::vector<IndexEntrySummary> indexEntries = indexEntriesOf(videoStream);
+            isUglyKeyframeValue = isUglyKeyframeFromIndexEntries(indexEntries);
 
-    VideoTrack video;
-    video.idx = videoStreamIdx;
-    video.codecname = nameOfCodecID(vCodecCtx->codec_id);
-    video.width = vCodecCtx->width;
-    video.height = heightBeforeOpen;
-    video.sourceHeight = heightBeforeOpen;
-    video.pixelformat = nameOfPixelFormat(vCodecCtx->pix_fmt);
-    pixelFormatModeValue = pixelFormatModeFor(vCodecCtx->pix_fmt);
-    if (pixelFormatModeValue == kPixelFormatUnsupported) {
-        showAlert(localizedString("NOPXFMT"), video.pixelformat);
-    }
-    video.fps = ratioOrZero(videoStream->avg_frame_rate);
-    video.tbr = ratioOrZero(videoStream->r_frame_rate);
+            vCodec = avcodec_find_decoder(videoStream->codecpar->codec_id);
+            if (vCodec == nullptr) {
+                return QStringLiteral("-2004");
+            }
+            // Looked for here so that a missing audio decoder is told before the
+            // video decoder's failures, as the codes are ordered.
+            if (audioStream != nullptr &&
+                avcodec_find_decoder(audioStream->codecpar->codec_id) == nullptr) {
+                return QStringLiteral("-2005");
+            }
+            vCodecCtx = codecContextForStream(vCodec, videoStream);
+            if (!vCodecCtx) {
+                return codeWithError("-2006", AVERROR(ENOMEM));
+            }
+            configureVideoDecoderThreads(*vCodecCtx);
+            openHardwareDecodingForVideoDecoder(path);
+            if (const int error = avcodec_open2(vCodecCtx.get(), vCodec, nullptr); error < 0) {
+                return codeWithError("-2006", error);
+            }
+            if (audioStream != nullptr) {
+                if (std::optional<QString> failure = openAudioDecoderForStream(audioStreamIdx)) {
+                    return *failure;
+                }
+            }
 
-    Tracks opened;
-    opened.videotrack = video;
-    for (const int index : audioStreams) {
-        const AVStream *stream = pFormatCtx->streams[index];
-        AudioTrack audio;
-        audio.idx = index;
-        audio.codecname = nameOfCodecID(stream->codecpar->codec_id);
-        bool isQuadLayout = false;
-        audio.channel = channelDescriptionFromLayoutText(layoutTextOf(stream->codecpar->ch_layout),
-                                                         &isQuadLayout);
-        isQuadValue = isQuadLayout;  // the last audio stream decides, as it always has
-        const char *formatName = av_get_sample_fmt_name(AVSampleFormat(stream->codecpar->format));
-        audio.sampleformat = formatName != nullptr ? QString::fromUtf8(formatName).toUpper()
-                                                   : QStringLiteral("NONE");
-        audio.samplerate = stream->codecpar->sample_rate;
-        audio.starttimesec = secondsOfStreamStart(stream);
-        audio.language = languageOf(stream);
-        opened.audiotrack.emplace(index, audio);
-    }
-    tracksRecord = std::move(opened);
+            VideoTrack video;
+            video.idx = videoStreamIdx;
+            video.codecname = nameOfCodecID(vCodecCtx->codec_id);
+            video.width = vCodecCtx->width;
+            video.height = heightBeforeOpen;
+            video.sourceHeight = heightBeforeOpen;
+            video.pixelformat = nameOfPixelFormat(vCodecCtx->pix_fmt);
+            pixelFormatModeValue = pixelFormatModeFor(vCodecCtx->pix_fmt);
+            if (pixelFormatModeValue == kPixelFormatUnsupported) {
+                showAlert(localizedString("NOPXFMT"), video.pixelformat);
+            }
+            video.fps = ratioOrZero(videoStream->avg_frame_rate);
+            video.tbr = ratioOrZero(videoStream->r_frame_rate);
 
-    fileDurationSecValue = pFormatCtx->duration == AV_NOPTS_VALUE || pFormatCtx->duration < 0
-                               ? kNoDurationSec
-                               : double(pFormatCtx->duration) / kMicrosecondsPerSecond;
-    videoOnlyStartTimeSec = secondsOfStreamStart(videoStream);
-    putClockOnStreamStart();
-    return QString::fromLatin1(kOpenSucceeded);
+            Tracks opened;
+            opened.videotrack = video;
+            for (const int index : audioStreams) {
+                const AVStream *stream = pFormatCtx->streams[index];
+                AudioTrack audio;
+                audio.idx = index;
+                audio.codecname = nameOfCodecID(stream->codecpar->codec_id);
+                bool isQuadLayout = false;
+                audio.channel = channelDescriptionFromLayoutText(
+                    layoutTextOf(stream->codecpar->ch_layout), &isQuadLayout);
+                isQuadValue = isQuadLayout;  // the last audio stream decides, as it always has
+                const char *formatName =
+                    av_get_sample_fmt_name(AVSampleFormat(stream->codecpar->format));
+                audio.sampleformat = formatName != nullptr ? QString::fromUtf8(formatName).toUpper()
+                                                           : QStringLiteral("NONE");
+                audio.samplerate = stream->codecpar->sample_rate;
+                audio.starttimesec = secondsOfStreamStart(stream);
+                audio.language = languageOf(stream);
+                opened.audiotrack.emplace(index, audio);
+            }
+            tracksRecord = std::move(opened);
+
+            fileDurationSecValue =
+                pFormatCtx->duration == AV_NOPTS_VALUE || pFormatCtx->duration < 0
+                    ? kNoDurationSec
+                    : double(pFormatCtx->duration) / kMicrosecondsPerSecond;
+            videoOnlyStartTimeSec = secondsOfStreamStart(videoStream);
+            putClockOnStreamStart();
+            return QString::fromLatin1(kOpenSucceeded);
+        },
+        [](std::string_view what) {
+            return QStringLiteral("-2000: %1.")
+                .arg(QString::fromUtf8(what.data(), qsizetype(what.size())));
+        });
 }
 
 double MyCAOpenGLLayer::durationSecOfMovieFile(const QString &path) {
-    try {
-        const OpenedInput input = openInputWithStreamInfo(QFile::encodeName(path).constData());
-        if (input.failedStep >= 0) {
-            return kNoDurationSec;
-        }
-        bool hasVideo = false;
-        bool hasAudio = false;
-        bool hasBadAudio = false;
-        for (unsigned i = 0; i < input.context->nb_streams; ++i) {
-            const AVCodecParameters *parameters = input.context->streams[i]->codecpar;
-            if (parameters->codec_type == AVMEDIA_TYPE_VIDEO) {
-                hasVideo = true;
-            } else if (parameters->codec_type == AVMEDIA_TYPE_AUDIO) {
-                hasAudio = true;
-                if (avcodec_find_decoder(parameters->codec_id) == nullptr ||
-                    parameters->ch_layout.nb_channels < 1) {
-                    hasBadAudio = true;
+    return resultAtOperationBoundary(
+        "dsomf",
+        [&] {
+            const OpenedInput input = openInputWithStreamInfo(QFile::encodeName(path).constData());
+            if (input.failedStep >= 0) {
+                return kNoDurationSec;
+            }
+            bool hasVideo = false;
+            bool hasAudio = false;
+            bool hasBadAudio = false;
+            for (unsigned i = 0; i < input.context->nb_streams; ++i) {
+                const AVCodecParameters *parameters = input.context->streams[i]->codecpar;
+                if (parameters->codec_type == AVMEDIA_TYPE_VIDEO) {
+                    hasVideo = true;
+                } else if (parameters->codec_type == AVMEDIA_TYPE_AUDIO) {
+                    hasAudio = true;
+                    if (avcodec_find_decoder(parameters->codec_id) == nullptr ||
+                        parameters->ch_layout.nb_channels < 1) {
+                        hasBadAudio = true;
+                    }
                 }
             }
-        }
-        if (!hasVideo || hasBadAudio || (!hasAudio && input.context->duration <= 0)) {
-            return kNoDurationSec;
-        }
-        return input.context->duration == AV_NOPTS_VALUE || input.context->duration < 0
-                   ? kNoDurationSec
-                   : double(input.context->duration) / kMicrosecondsPerSecond;
-    } catch (const std::exception &e) {
-        logException("dsomf", e.what());
-        return kNoDurationSec;
-    }
+            if (!hasVideo || hasBadAudio || (!hasAudio && input.context->duration <= 0)) {
+                return kNoDurationSec;
+            }
+            return input.context->duration == AV_NOPTS_VALUE || input.context->duration < 0
+                       ? kNoDurationSec
+                       : double(input.context->duration) / kMicrosecondsPerSecond;
+        },
+        [](std::string_view) { return kNoDurationSec; });
 }
 
 void MyCAOpenGLLayer::showAlert(const QString &message, const QString &informativeText) {
