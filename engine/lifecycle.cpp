@@ -74,7 +74,7 @@ void MyCAOpenGLLayer::cleanBeforeOpenFile() {
             videoOnlyStartTimeSec = 0.0;
             fileDurationSecValue = 0.0;
             isUglyKeyframeValue = false;
-            isSeekingVideo = false;
+            pictures.endSeekPreview();
             isSeekingAudio = true;  // deliberately the opposite of the video flag
             {
                 NamedLockGuard lock(seekMutex);
@@ -85,15 +85,9 @@ void MyCAOpenGLLayer::cleanBeforeOpenFile() {
 
         tracksRecord = Tracks{};
 
-        {
-            NamedLockGuard lock(bitmapDataQueueMutex);
-            bitmapDataForTemp.clear();
-            bitmapDataForTemp.shrink_to_fit();
-            hasPictureOnScreen = false;
-            hasReadToTheEnd = false;
-            frameWidth = 0.0f;
-            frameHeight = 0.0f;
-        }
+        pictures.forgetCurrentPicture();
+        hasPictureOnScreen = false;
+        hasReadToTheEnd = false;
     });
 }
 

@@ -21,6 +21,7 @@
 #include "engine/video/hardware/hardware_picture_order.h"
 #include "engine/video/hardware/pts_check.h"
 #include "engine/video/picture_layout.h"
+#include "engine/video/picture_queues.h"
 #include "engine/video/video_decoding_rules.h"
 
 namespace tolvane {
@@ -72,7 +73,7 @@ struct PictureDecision {
 //   samplePoolMutex
 //   enoughMutex
 //   startStopMutex
-//   hardwarePictureOrderMutex | bitmapDataQueueMutex
+//   hardwarePictureOrderMutex | bitmapDataQueueMutex (the pictures' own)
 //   sampleDataQueueMutex
 //   videoPacketQueueMutex | audioPacketQueueMutex
 //   sampleCountMutex
@@ -264,18 +265,14 @@ public:
     const BitmapData *getBitmapData();
     std::vector<BitmapData> removeBitmapData();
     void removeAllBitmapDatas();
-    int bitmapDataCount() const { return bitmapDatas.count(); }
+    int bitmapDataCount() const { return pictures.count(); }
     // Calls `reader` with the seek preview under bitmapDataQueueMutex.
     void readSeekPreview(
         const std::function<void(const BitmapBytes &bitmapDataForTemp, float frameWidth,
                                  float frameHeight)> &reader) const;
     // Lets the pixel-path tests deliver pictures to the seek preview without
     // running a whole seek.
-    void setIsSeekingVideoForTesting(bool value) {
-        NamedLockGuard lock(bitmapDataQueueMutex);
-        hasSeekPreview = false;
-        isSeekingVideo = value;
-    }
+    void setIsSeekingVideoForTesting(bool value) { pictures.resetSeekPreview(value); }
 
     // --- Presentation: asked by the video view on the main thread
     // Whether the view asks the decision at every display refresh: on while
@@ -358,7 +355,6 @@ private:
     mutable NamedRecursiveMutex videoPacketQueueMutex{"videoPacketQueue"};
     mutable NamedRecursiveMutex audioPacketQueueMutex{"audioPacketQueue"};
     mutable NamedRecursiveMutex packetThreadMutex{"packetThread"};
-    mutable NamedRecursiveMutex bitmapDataQueueMutex{"bitmapDataQueue"};
     mutable NamedRecursiveMutex bitmapDataThreadMutex{"bitmapDataThread"};
     mutable NamedRecursiveMutex hardwarePictureOrderMutex{"hardwarePictureOrder"};
     mutable NamedRecursiveMutex sampleDataQueueMutex{"sampleDataQueue"};
@@ -429,7 +425,6 @@ private:
     std::atomic<std::int64_t> gOutputtedSampleCount{0};
     std::atomic<std::int64_t> gReadedSampleCount{0};
     std::atomic<bool> isAlsoHaveMovieValue{false};
-    std::atomic<bool> isSeekingVideo{false};
     std::atomic<bool> isSeekingAudio{false};
     int countSeek = 0;  // guarded by seekMutex
     std::atomic<double> seekingMovieTimeSec{0.0};
@@ -437,12 +432,6 @@ private:
     // --- Drawing
     bool isResized = true;           // guarded by drawVideoMutex
     int countAfterChangeScreen = 0;  // guarded by drawVideoMutex
-    BitmapBytes bitmapDataForTemp;   // guarded by bitmapDataQueueMutex
-    float frameWidth = 0.0f;         // guarded by bitmapDataQueueMutex
-    float frameHeight = 0.0f;        // guarded by bitmapDataQueueMutex
-    // The seek under way has its preview; later pictures go to the list.
-    bool hasSeekPreview = false;  // guarded by bitmapDataQueueMutex
-    BitmapLayout bitmapLayoutForTemp = BitmapLayout::Packed422From420p8;  // bitmapDataQueueMutex
 
     std::atomic<bool> isAsynchronousValue{false};
     std::atomic<bool> clearBeforeDrawing{true};
@@ -538,7 +527,8 @@ private:
     std::atomic<VideoDecoderDrainState> videoDecoderDrainState{VideoDecoderDrainState::Feeding};
 
     std::unique_ptr<WorkerThread> pixelThread;  // main thread only
-    CursorQueue<BitmapData> bitmapDatas{bitmapDataQueueMutex};
+    // The bitmap list, the current picture and the seek preview.
+    PictureQueues pictures;
     HardwarePictureOrder<BitmapData> hardwarePictureOrder;  // guarded by hardwarePictureOrderMutex
 };
 

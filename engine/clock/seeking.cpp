@@ -130,11 +130,7 @@ void MyCAOpenGLLayer::setCurrentTimeSec(double currentTimeSecToSeek, bool isOneF
         if (aCodecCtx) {
             avcodec_flush_buffers(aCodecCtx.get());
         }
-        {
-            NamedLockGuard lock(bitmapDataQueueMutex);
-            hasSeekPreview = false;
-            isSeekingVideo = true;
-        }
+        pictures.resetSeekPreview(true);
         isSeekingAudio = true;
 
         rebaseClockOnTimeSec(target);
@@ -145,7 +141,7 @@ void MyCAOpenGLLayer::setCurrentTimeSec(double currentTimeSecToSeek, bool isOneF
         if (isOneFrame) {
             displayJustOneVideoFrame(target);
         } else {
-            isSeekingVideo = false;
+            pictures.endSeekPreview();
         }
         setDefaultOutputAUWithVolume(rememberedVolume);
     });
@@ -204,7 +200,7 @@ void MyCAOpenGLLayer::displayJustOneVideoFrame(double targetSec) {
             return;
         }
         if (++fruitlessDecodes >= kFruitlessPreviewDecodesAllowed) {
-            isSeekingVideo = false;
+            pictures.endSeekPreview();
             return;
         }
     }

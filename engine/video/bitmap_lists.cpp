@@ -6,16 +6,14 @@ namespace tolvane {
 
 void MyCAOpenGLLayer::addBitmapData(BitmapBytes bitmapData, double ptsSecData, int width,
                                     int height, BitmapLayout layout) {
-    bitmapDatas.add(BitmapData{std::move(bitmapData), ptsSecData, width, height, layout});
+    pictures.add(BitmapData{std::move(bitmapData), ptsSecData, width, height, layout});
 }
 
-const BitmapData *MyCAOpenGLLayer::getBitmapData() { return bitmapDatas.read(); }
+const BitmapData *MyCAOpenGLLayer::getBitmapData() { return pictures.read(); }
 
-std::vector<BitmapData> MyCAOpenGLLayer::removeBitmapData() {
-    return bitmapDatas.takeThroughCursor();
-}
+std::vector<BitmapData> MyCAOpenGLLayer::removeBitmapData() { return pictures.takeRead(); }
 
-void MyCAOpenGLLayer::removeAllBitmapDatas() { bitmapDatas.removeAll(); }
+void MyCAOpenGLLayer::removeAllBitmapDatas() { pictures.removeAll(); }
 
 void MyCAOpenGLLayer::removeAllHeldHardwarePictures() {
     NamedLockGuard lock(hardwarePictureOrderMutex);
@@ -24,8 +22,7 @@ void MyCAOpenGLLayer::removeAllHeldHardwarePictures() {
 
 void MyCAOpenGLLayer::readSeekPreview(
     const std::function<void(const BitmapBytes &, float, float)> &reader) const {
-    NamedLockGuard lock(bitmapDataQueueMutex);
-    reader(bitmapDataForTemp, frameWidth, frameHeight);
+    pictures.readCurrent(reader);
 }
 
 }  // namespace tolvane

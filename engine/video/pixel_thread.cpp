@@ -117,7 +117,7 @@ PixelPassOutcome MyCAOpenGLLayer::addBitmapDataOnePass() {
     const VideoDecoderDrainState drainState = videoDecoderDrainState.load();
     const bool decoderHoldsPictures = drainState == VideoDecoderDrainState::EndOfFileRead ||
                                       drainState == VideoDecoderDrainState::Draining;
-    if (pixelPassActionFor(rate, wanted, bitmapDatas.count(), videoPackets.count(),
+    if (pixelPassActionFor(rate, wanted, pictures.count(), videoPackets.count(),
                            audioPackets.count(), decoderHoldsPictures) == PixelPassAction::Sleep) {
         return PixelPassOutcome::Idle;
     }
@@ -229,13 +229,8 @@ void MyCAOpenGLLayer::queueDecodedPicture(const AVFrame *frame, const AVPacket *
     if (hardwareDecoding && !isHardwareFrame(frame)) {
         noteSoftwarePictureFromHardwareDecoder();
     } else if (isHardwareFrame(frame)) {
-        bool isSeekPreviewDue = false;
-        {
-            NamedLockGuard lock(bitmapDataQueueMutex);
-            isSeekPreviewDue = isSeekingVideo.load() && !hasSeekPreview;
-        }
         // The seek's picture is shown as it comes, timed by its own stamp.
-        if (!isSeekPreviewDue) {
+        if (!pictures.isSeekPreviewDue()) {
             queueHardwarePicture(frame);
             return;
         }
@@ -283,19 +278,8 @@ void MyCAOpenGLLayer::addBitmapDataToQueueWithAVFrame(const AVFrame *frame, doub
         }
     }
 
-    NamedLockGuard lock(bitmapDataQueueMutex);
-    // Only the first picture of a seek is its preview: the pixel thread goes
-    // on decoding until the draw decision takes it, and what it decodes meanwhile
-    // is the continuation.
-    if (!isSeekingVideo.load() || hasSeekPreview) {
-        addBitmapData(std::move(bitmap), ptsSec, frame->width, frame->height, layout);
-        return;
-    }
-    bitmapDataForTemp = std::move(bitmap);
-    frameWidth = float(frame->width);
-    frameHeight = float(frame->height);
-    bitmapLayoutForTemp = layout;
-    hasSeekPreview = true;
+    pictures.addOrMakeSeekPreview(
+        BitmapData{std::move(bitmap), ptsSec, frame->width, frame->height, layout});
 }
 
 bool MyCAOpenGLLayer::decodingJustOneVideoFrameForNormal(const AVPacket *packet, double fps) {
