@@ -12,6 +12,7 @@
 #include "engine/audio/audio_output_device.h"
 #include "engine/audio/sample_pool.h"
 #include "engine/cursor_queue.h"
+#include "engine/demux/packet_queues.h"
 #include "engine/demux/packet_thread_link.h"
 #include "engine/demux/tracks.h"
 #include "engine/ffmpeg_handles.h"
@@ -75,7 +76,7 @@ struct PictureDecision {
 //   startStopMutex
 //   hardwarePictureOrderMutex | bitmapDataQueueMutex (the pictures' own)
 //   sampleDataQueueMutex
-//   videoPacketQueueMutex | audioPacketQueueMutex
+//   videoPacketQueueMutex | audioPacketQueueMutex (the packet lists' own)
 //   sampleCountMutex
 // Pausing or closing the device waits for its lock, so the main thread
 // never holds a lock from samplePoolMutex on while it does.
@@ -148,8 +149,8 @@ public:
     AVPacket *getAudioPacket();
     void removeAudioPacket();
     void removeAllAudioPackets();
-    int videoPacketCount() const { return videoPackets.count(); }
-    int audioPacketCount() const { return audioPackets.count(); }
+    int videoPacketCount() const { return packets.videoCount(); }
+    int audioPacketCount() const { return packets.audioCount(); }
 
     // --- Packet thread
     void startPacketThread();
@@ -352,8 +353,6 @@ private:
     std::optional<QString> openAudioDecoderForStream(int streamIndex);
 
     // --- Locks, named for what they guard. Created with the engine.
-    mutable NamedRecursiveMutex videoPacketQueueMutex{"videoPacketQueue"};
-    mutable NamedRecursiveMutex audioPacketQueueMutex{"audioPacketQueue"};
     mutable NamedRecursiveMutex packetThreadMutex{"packetThread"};
     mutable NamedRecursiveMutex bitmapDataThreadMutex{"bitmapDataThread"};
     mutable NamedRecursiveMutex hardwarePictureOrderMutex{"hardwarePictureOrder"};
@@ -414,8 +413,7 @@ private:
     std::shared_ptr<PacketThreadLink> packetThreadLink;  // main thread only
 
     // --- Queues
-    CursorQueue<PacketPtr> videoPackets{videoPacketQueueMutex};
-    CursorQueue<PacketPtr> audioPackets{audioPacketQueueMutex};
+    PacketQueues packets;
 
     // --- Clock and transport
     std::atomic<double> rateValue{0.0};  // written under rateMutex, read anywhere

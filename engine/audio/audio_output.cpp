@@ -300,8 +300,8 @@ void MyCAOpenGLLayer::idleStepOfAudioCallbackWithEnoughMutexHeld(std::uint32_t n
     // packets past the end of the audio, which are never decoded, do not.
     // Pictures still to come after the file's last audio (a damaged or cut
     // file may hold no picture that is already due) are waited for too.
-    const bool isAudioOver = audioPackets.count() == 0 || isAudioDecodingAtEnd.load();
-    const bool isPacketStreamOver = hasReadToTheEnd.load() && audioPackets.count() == 0;
+    const bool isAudioOver = packets.audioCount() == 0 || isAudioDecodingAtEnd.load();
+    const bool isPacketStreamOver = hasReadToTheEnd.load() && packets.audioCount() == 0;
     if (sampleLists.channel(0).count() == 0 && isAudioOver &&
         (isPictureOnScreen() || isPacketStreamOver)) {
         gOutputtedSampleCount += numberFrames;

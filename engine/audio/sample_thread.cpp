@@ -133,8 +133,8 @@ SampleTurnAction MyCAOpenGLLayer::addSampleOneTurn() {
         return SampleTurnAction::Sleep;
     }
 
-    if (sampleLists.channel(0).count() == 0 && audioPackets.count() == 0 &&
-        videoPackets.count() == 0) {
+    if (sampleLists.channel(0).count() == 0 && packets.audioCount() == 0 &&
+        packets.videoCount() == 0) {
         return SampleTurnAction::Sleep;
     }
     const AVPacket *packet = getAudioPacket();

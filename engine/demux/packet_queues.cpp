@@ -20,32 +20,25 @@ PacketPtr takePacket(AVPacket *packet) {
 
 }  // namespace
 
-void MyCAOpenGLLayer::addVideoPacket(AVPacket *packet) { videoPackets.add(takePacket(packet)); }
+void MyCAOpenGLLayer::addVideoPacket(AVPacket *packet) { packets.addVideo(takePacket(packet)); }
 
-AVPacket *MyCAOpenGLLayer::getVideoPacket() {
-    PacketPtr *packet = videoPackets.read();
-    return packet != nullptr ? packet->get() : nullptr;
-}
+AVPacket *MyCAOpenGLLayer::getVideoPacket() { return packets.readVideo(); }
 
-void MyCAOpenGLLayer::removeVideoPacket() { videoPackets.removeThroughCursor(); }
+void MyCAOpenGLLayer::removeVideoPacket() { packets.removeReadVideo(); }
 
 void MyCAOpenGLLayer::removeAllVideoPackets() {
-    NamedLockGuard lock(videoPacketQueueMutex);
-    videoPackets.removeAll();
+    packets.removeAllVideo();
     gNextVideoFramePtsSec = 0.0;
     videoDecoderDrainState = VideoDecoderDrainState::Feeding;
 }
 
-void MyCAOpenGLLayer::addAudioPacket(AVPacket *packet) { audioPackets.add(takePacket(packet)); }
+void MyCAOpenGLLayer::addAudioPacket(AVPacket *packet) { packets.addAudio(takePacket(packet)); }
 
-AVPacket *MyCAOpenGLLayer::getAudioPacket() {
-    PacketPtr *packet = audioPackets.read();
-    return packet != nullptr ? packet->get() : nullptr;
-}
+AVPacket *MyCAOpenGLLayer::getAudioPacket() { return packets.readAudio(); }
 
-void MyCAOpenGLLayer::removeAudioPacket() { audioPackets.removeThroughCursor(); }
+void MyCAOpenGLLayer::removeAudioPacket() { packets.removeReadAudio(); }
 
-void MyCAOpenGLLayer::removeAllAudioPackets() { audioPackets.removeAll(); }
+void MyCAOpenGLLayer::removeAllAudioPackets() { packets.removeAllAudio(); }
 
 void MyCAOpenGLLayer::startPacketThread() {
     if (packetThread) {
@@ -87,7 +80,7 @@ bool MyCAOpenGLLayer::isPacketReadDue() const {
     // Once a read has failed nothing more is read until a seek: a demuxer
     // that hit damage or the cut end of a partial download may not give a
     // packet again, and whatever was read before must still play out.
-    return packetPassActionFor(rateValue.load(), videoPackets.count(), audioPackets.count()) ==
+    return packetPassActionFor(rateValue.load(), packets.videoCount(), packets.audioCount()) ==
                PacketPassAction::Read &&
            pFormatCtx && !hasReadToTheEnd.load();
 }
@@ -101,9 +94,9 @@ PacketPassAction MyCAOpenGLLayer::takeReadResult(int readResult, PacketPtr packe
         return PacketPassAction::Sleep;
     }
     if (packet->stream_index == videoStreamIdx) {
-        videoPackets.add(std::move(packet));
+        packets.addVideo(std::move(packet));
     } else if (packet->stream_index == audioStreamIdx) {
-        audioPackets.add(std::move(packet));
+        packets.addAudio(std::move(packet));
     }
     return PacketPassAction::Read;
 }

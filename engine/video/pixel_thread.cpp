@@ -117,8 +117,8 @@ PixelPassOutcome MyCAOpenGLLayer::addBitmapDataOnePass() {
     const VideoDecoderDrainState drainState = videoDecoderDrainState.load();
     const bool decoderHoldsPictures = drainState == VideoDecoderDrainState::EndOfFileRead ||
                                       drainState == VideoDecoderDrainState::Draining;
-    if (pixelPassActionFor(rate, wanted, pictures.count(), videoPackets.count(),
-                           audioPackets.count(), decoderHoldsPictures) == PixelPassAction::Sleep) {
+    if (pixelPassActionFor(rate, wanted, pictures.count(), packets.videoCount(),
+                           packets.audioCount(), decoderHoldsPictures) == PixelPassAction::Sleep) {
         return PixelPassOutcome::Idle;
     }
 
@@ -142,7 +142,7 @@ PixelPassOutcome MyCAOpenGLLayer::addBitmapDataOnePass() {
     const double seekTargetSec = seekingMovieTimeSec.load();
     const LateVideoPacketJudgement judgement =
         judgeLateVideoPacket(packetTimeSec, (packet->flags & AV_PKT_FLAG_KEY) != 0, nowSec,
-                             videoPackets.count(), seekTargetSec);
+                             packets.videoCount(), seekTargetSec);
     if (judgement.seekingMovieTimeSec != seekTargetSec) {
         seekingMovieTimeSec = judgement.seekingMovieTimeSec;
     }

@@ -18,7 +18,7 @@ bool MyCAOpenGLLayer::hasPicturesLeftToShow() const {
          drainState == VideoDecoderDrainState::Draining) &&
         wantedBitmapQueueLength(fileDurationSecValue, startTimeSec(), currentTimeSec(),
                                 videoFrameRate()) > 0;
-    return pictures.count() > 0 || videoPackets.count() > 0 || !hasReadToTheEnd.load() ||
+    return pictures.count() > 0 || packets.videoCount() > 0 || !hasReadToTheEnd.load() ||
            decoderHoldsPictures;
 }
 
