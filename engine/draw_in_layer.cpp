@@ -16,10 +16,7 @@ bool MyCAOpenGLLayer::canDrawInCGLContext(PictureDecision *outcome) {
     state.isResized = isResized;
     state.countAfterChangeScreen = countAfterChangeScreen;
     state.rate = rateValue.load();
-    {
-        NamedLockGuard countLock(sampleCountMutex);
-        state.hasPlayedAudio = gOutputtedSampleCount.load() > 0;
-    }
+    state.hasPlayedAudio = sampleClock.outputtedSampleCount() > 0;
     state.isSeekingVideo = pictures.isSeekingVideo();
     state.currentTimeSec = currentTimeSec();
 

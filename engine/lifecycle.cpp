@@ -106,9 +106,7 @@ void MyCAOpenGLLayer::emptyQueues(QueueEmptying emptying) {
     }
     removeAllAudioPackets();
     if (emptying == QueueEmptying::Everything) {
-        NamedLockGuard lock(sampleCountMutex);
-        gOutputtedSampleCount = 0;
-        gReadedSampleCount = 0;
+        sampleClock.rebaseOnSampleCount(0);
     }
     {
         // Not nested in sampleCountMutex: the callback takes enoughMutex first.

@@ -11,6 +11,7 @@
 #include "engine/alert_presenter.h"
 #include "engine/audio/audio_output_device.h"
 #include "engine/audio/sample_pool.h"
+#include "engine/clock/sample_clock.h"
 #include "engine/cursor_queue.h"
 #include "engine/demux/packet_queues.h"
 #include "engine/demux/packet_thread_link.h"
@@ -77,7 +78,7 @@ struct PictureDecision {
 //   hardwarePictureOrderMutex | bitmapDataQueueMutex (the pictures' own)
 //   sampleDataQueueMutex
 //   videoPacketQueueMutex | audioPacketQueueMutex (the packet lists' own)
-//   sampleCountMutex
+//   sampleCountMutex (the sample clock's own)
 // Pausing or closing the device waits for its lock, so the main thread
 // never holds a lock from samplePoolMutex on while it does.
 class MyCAOpenGLLayer {
@@ -184,8 +185,8 @@ public:
     int sampleListCount() const;
     // Decode failures since the track was opened, saturating at 4. Any thread.
     int countAudioDecodingError() const { return countAudioDecodingErrorValue.load(); }
-    std::int64_t outputtedSampleCount() const { return gOutputtedSampleCount.load(); }
-    std::int64_t readedSampleCount() const { return gReadedSampleCount.load(); }
+    std::int64_t outputtedSampleCount() const { return sampleClock.outputtedSampleCount(); }
+    std::int64_t readedSampleCount() const { return sampleClock.readedSampleCount(); }
 
     // --- Audio output (audio_output.cpp). Main thread unless said otherwise.
     // Opens the output device for the current audio track, paused, with its
@@ -365,7 +366,6 @@ private:
     mutable NamedRecursiveMutex seekMutex{"seek"};
     mutable NamedRecursiveMutex changeAudioMutex{"changeAudio"};
     mutable NamedRecursiveMutex drawVideoMutex{"drawVideo"};
-    mutable NamedRecursiveMutex sampleCountMutex{"sampleCount"};
 
     // --- FFmpeg handles of the open file. Written on the main thread while
     // no worker runs; the workers use them between start and stop. The
@@ -418,10 +418,8 @@ private:
     // --- Clock and transport
     std::atomic<double> rateValue{0.0};  // written under rateMutex, read anywhere
     std::atomic<double> gNextVideoFramePtsSec{0.0};
-    // The samples the output has played and the samples decoded so far;
-    // written under sampleCountMutex, read by the clock from any thread.
-    std::atomic<std::int64_t> gOutputtedSampleCount{0};
-    std::atomic<std::int64_t> gReadedSampleCount{0};
+    // The samples played and decoded, the clock's position.
+    SampleClock sampleClock;
     std::atomic<bool> isAlsoHaveMovieValue{false};
     std::atomic<bool> isSeekingAudio{false};
     int countSeek = 0;  // guarded by seekMutex

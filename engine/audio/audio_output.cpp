@@ -283,8 +283,7 @@ bool MyCAOpenGLLayer::renderAudioFrames(std::uint32_t numberFrames, std::uint8_t
         layout.type, std::span(renderedBuffers.data(), std::size_t(rendered)), int(numberFrames),
         outputVolume.load(), outputDeviceChannels, interleavedOut);
 
-    NamedLockGuard countLock(sampleCountMutex);
-    gOutputtedSampleCount += numberFrames;
+    sampleClock.addOutputtedSamples(numberFrames);
     return true;
 }
 
@@ -294,7 +293,6 @@ void MyCAOpenGLLayer::idleStepOfAudioCallbackWithEnoughMutexHeld(std::uint32_t n
         stopOutputUnit();
         return;
     }
-    NamedLockGuard lock(sampleCountMutex);
     // The audio has ended but pictures remain: the clock runs on over them.
     // Audio that is merely late (packets still queued) holds the clock;
     // packets past the end of the audio, which are never decoded, do not.
@@ -304,7 +302,7 @@ void MyCAOpenGLLayer::idleStepOfAudioCallbackWithEnoughMutexHeld(std::uint32_t n
     const bool isPacketStreamOver = hasReadToTheEnd.load() && packets.audioCount() == 0;
     if (sampleLists.channel(0).count() == 0 && isAudioOver &&
         (isPictureOnScreen() || isPacketStreamOver)) {
-        gOutputtedSampleCount += numberFrames;
+        sampleClock.addOutputtedSamples(numberFrames);
     }
 }
 

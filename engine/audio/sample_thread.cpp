@@ -107,10 +107,7 @@ SampleTurnAction MyCAOpenGLLayer::addSampleOneTurn() {
     inputs.fileDurationSec = fileDurationSecValue;
     inputs.startTimeSec = startTimeSec();
     inputs.sampleRate = codec.sample_rate;
-    {
-        NamedLockGuard lock(sampleCountMutex);
-        inputs.readedSampleCount = gReadedSampleCount.load();
-    }
+    inputs.readedSampleCount = sampleClock.readedSampleCount();
     inputs.frameSize = audioFrameSize;
     inputs.channels = codec.ch_layout.nb_channels;
     inputs.audioBytesPerChannel = audioBytesPerChannelValue;
@@ -245,10 +242,7 @@ void MyCAOpenGLLayer::queueDecodedAudioFrame(const AVFrame &frame, double ptsSec
         const double endSec = startTimeSec() + fileDurationSecValue;
         const double clockSec =
             isKnownDurationSec(fileDurationSecValue) ? std::min(ptsSec, endSec) : ptsSec;
-        const auto rebased = std::int64_t(double(codec.sample_rate) * clockSec);
-        NamedLockGuard lock(sampleCountMutex);
-        gOutputtedSampleCount = rebased;
-        gReadedSampleCount = rebased;
+        sampleClock.rebaseOnSampleCount(std::int64_t(double(codec.sample_rate) * clockSec));
     }
 
     {
@@ -267,8 +261,7 @@ void MyCAOpenGLLayer::queueDecodedAudioFrame(const AVFrame &frame, double ptsSec
         }
     }
     const int divisor = audioBytesPerChannelValue * (isPlanar ? 1 : channels);
-    NamedLockGuard lock(sampleCountMutex);
-    gReadedSampleCount += size / divisor;
+    sampleClock.addReadedSamples(size / divisor);
 }
 
 }  // namespace tolvane

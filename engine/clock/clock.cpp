@@ -43,8 +43,7 @@ double MyCAOpenGLLayer::currentTimeSec() const {
     } else {
         return 0.0;
     }
-    NamedLockGuard lock(sampleCountMutex);
-    return double(gOutputtedSampleCount.load()) / sampleRate;
+    return double(sampleClock.outputtedSampleCount()) / sampleRate;
 }
 
 int MyCAOpenGLLayer::clockSampleRate() const {
@@ -55,10 +54,7 @@ int MyCAOpenGLLayer::clockSampleRate() const {
 }
 
 void MyCAOpenGLLayer::rebaseClockOnTimeSec(double timeSec) {
-    const auto rebased = std::int64_t(double(clockSampleRate()) * timeSec);
-    NamedLockGuard lock(sampleCountMutex);
-    gOutputtedSampleCount = rebased;
-    gReadedSampleCount = rebased;
+    sampleClock.rebaseOnSampleCount(std::int64_t(double(clockSampleRate()) * timeSec));
     isAudioDecodingAtEnd = false;
 }
 
