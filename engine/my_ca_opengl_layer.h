@@ -10,6 +10,7 @@
 #include "base/worker_thread.h"
 #include "engine/alert_presenter.h"
 #include "engine/audio/audio_output_device.h"
+#include "engine/audio/audio_output_unit.h"
 #include "engine/audio/sample_pool.h"
 #include "engine/clock/sample_clock.h"
 #include "engine/cursor_queue.h"
@@ -74,7 +75,7 @@ struct PictureDecision {
 //   the audio device's lock (held by SDL around the render callback)
 //   samplePoolMutex
 //   enoughMutex
-//   startStopMutex
+//   startStopMutex (the output unit's own)
 //   hardwarePictureOrderMutex | bitmapDataQueueMutex (the pictures' own)
 //   sampleDataQueueMutex
 //   videoPacketQueueMutex | audioPacketQueueMutex (the packet lists' own)
@@ -197,19 +198,17 @@ public:
     // Linear gain applied in the callback (1.0 unchanged, more amplifies with
     // saturation). Does nothing while no output is set up.
     void setVolume(float volume);
-    float volume() const { return outputVolume.load(); }
+    float volume() const { return output.volume(); }
     // Idempotent. Any thread, but never while holding a lock the callback takes.
     void startOutputUnit();
     void stopOutputUnit();
-    bool isRunningOutputUnit() const { return isRunningOutputUnitValue.load(); }
-    bool hasOutputUnit() const { return outputDeviceId.load() != 0; }
+    bool isRunningOutputUnit() const { return output.isRunning(); }
+    bool hasOutputUnit() const { return output.hasDevice(); }
     // The open device's driver ("pulseaudio", "silent", ...); empty while none
     // is open. Main thread.
-    QString outputDriverName() const {
-        return theOutputUnit ? theOutputUnit->driverName() : QString();
-    }
+    QString outputDriverName() const { return output.driverName(); }
     // The device's frames per callback and channels, 0 while none is open.
-    int outputFramesPerCallback() const { return outputFramesPerCallbackValue.load(); }
+    int outputFramesPerCallback() const { return output.framesPerCallback(); }
     // The render callback, on the device's thread: fills `numberFrames`
     // frames (0: as many as `streamBytes` holds) of the device's interleaved
     // stream, and advances the played-sample count by as many. Blocks only on
@@ -338,7 +337,6 @@ private:
     bool isPlaybackAtItsEnd() const;
     bool isPictureOnScreen() const;
     void destroyOutputUnit();
-    void syncOutputDevicePauseWithRunningFlag();
     void primeDeferredSeekIndex(AVStream *videoStream, double targetSec);
     // Samples a second of the clock: the audio decoder's rate, or the silent
     // output's when the file has no sound; 0 without an open file.
@@ -360,7 +358,6 @@ private:
     mutable NamedRecursiveMutex sampleDataQueueMutex{"sampleDataQueue"};
     mutable NamedRecursiveMutex sampleDataThreadMutex{"sampleDataThread"};
     mutable NamedRecursiveMutex samplePoolMutex{"samplePool"};
-    mutable NamedRecursiveMutex startStopMutex{"startStopMutex"};
     mutable NamedRecursiveMutex enoughMutex{"enoughMutex"};
     mutable NamedRecursiveMutex rateMutex{"rate"};
     mutable NamedRecursiveMutex seekMutex{"seek"};
@@ -448,13 +445,7 @@ private:
     FramePtr aFrame;         // guarded by sampleDataThreadMutex
 
     // --- Audio output
-    std::unique_ptr<AudioOutputDevice> theOutputUnit;  // created and destroyed on the main thread
-    // The open device's id for the pause calls made from any thread; 0 when none.
-    std::atomic<std::uint32_t> outputDeviceId{0};
-    std::atomic<int> outputFramesPerCallbackValue{0};
-    std::atomic<int> outputFrameBytes{0};  // of one interleaved frame in the device's stream
-    std::atomic<bool> isRunningOutputUnitValue{false};  // written under startStopMutex
-    std::atomic<float> outputVolume{1.0f};
+    AudioOutputUnit output;
     // What the callback renders, fixed at set-up; guarded by samplePoolMutex.
     SourceLayout renderLayout;
     int outputDeviceChannels = 2;             // guarded by samplePoolMutex

@@ -93,10 +93,7 @@ bool MyCAOpenGLLayer::setDefaultOutputAUWithVolume(float volume) {
                                          std::size_t(bytesOfSampleType(type)),
                                      0);
             }
-            outputFramesPerCallbackValue = frames;
-            outputFrameBytes = deviceChannels * bytesOfSampleType(type);
-            theOutputUnit = std::move(device);
-            outputDeviceId = theOutputUnit->id();
+            output.install(std::move(device), frames, deviceChannels * bytesOfSampleType(type));
             setVolume(volume);
             return true;
         },
@@ -118,10 +115,9 @@ bool MyCAOpenGLLayer::setSilentOutputForVideoWithoutSound(float volume) {
         gatherScratch.clear();
         renderScratch.clear();
     }
-    outputFramesPerCallbackValue = device->framesPerCallback();
-    outputFrameBytes = device->channels() * bytesOfSampleType(request.type);
-    theOutputUnit = std::move(device);
-    outputDeviceId = theOutputUnit->id();
+    const int frames = device->framesPerCallback();
+    const int frameBytes = device->channels() * bytesOfSampleType(request.type);
+    output.install(std::move(device), frames, frameBytes);
     setVolume(volume);
     return true;
 }
@@ -137,57 +133,13 @@ bool MyCAOpenGLLayer::setDefaultOutputAndTimersBeforeStartWithVolume(float volum
     return true;
 }
 
-void MyCAOpenGLLayer::setVolume(float volume) {
-    if (!theOutputUnit || !std::isfinite(volume)) {
-        return;
-    }
-    outputVolume = std::max(volume, 0.0f);
-}
+void MyCAOpenGLLayer::setVolume(float volume) { output.setVolume(volume); }
 
-void MyCAOpenGLLayer::startOutputUnit() {
-    {
-        NamedLockGuard lock(startStopMutex);
-        if (isRunningOutputUnitValue || outputDeviceId.load() == 0) {
-            return;
-        }
-        isRunningOutputUnitValue = true;
-    }
-    syncOutputDevicePauseWithRunningFlag();
-}
+void MyCAOpenGLLayer::startOutputUnit() { output.start(); }
 
-void MyCAOpenGLLayer::stopOutputUnit() {
-    {
-        NamedLockGuard lock(startStopMutex);
-        if (!isRunningOutputUnitValue) {
-            return;
-        }
-        isRunningOutputUnitValue = false;
-    }
-    syncOutputDevicePauseWithRunningFlag();
-}
+void MyCAOpenGLLayer::stopOutputUnit() { output.stop(); }
 
-void MyCAOpenGLLayer::syncOutputDevicePauseWithRunningFlag() {
-    // Outside startStopMutex: pausing waits for the device's lock, which its
-    // callback holds while it may wait for startStopMutex. The callback checks
-    // the flag itself, so a device left running a moment too long plays silence.
-    AudioOutputDevice::applyPauseById(
-        outputDeviceId.load(),
-        [](void *engine) {
-            return !static_cast<MyCAOpenGLLayer *>(engine)->isRunningOutputUnitValue.load();
-        },
-        this);
-}
-
-void MyCAOpenGLLayer::destroyOutputUnit() {
-    {
-        NamedLockGuard lock(startStopMutex);
-        isRunningOutputUnitValue = false;
-    }
-    outputDeviceId = 0;
-    // Closing waits for a callback in progress; no lock the callback takes is held here.
-    theOutputUnit.reset();
-    outputFramesPerCallbackValue = 0;
-}
+void MyCAOpenGLLayer::destroyOutputUnit() { output.destroy(); }
 
 namespace {
 
@@ -204,11 +156,11 @@ void MyCAOpenGLLayer::callbackUpdateAudioFrameInNumberFrames(std::uint32_t numbe
     // Silence unless samples are rendered: zero bytes are silence in every
     // sample type the device is opened with.
     std::memset(stream, 0, std::size_t(std::max(streamBytes, 0)));
-    if (!isRunningOutputUnitValue.load()) {
+    if (!output.isRunning()) {
         return;
     }
-    const int frameBytes = outputFrameBytes.load();
-    const int capacity = outputFramesPerCallbackValue.load();
+    const int frameBytes = output.frameBytes();
+    const int capacity = output.framesPerCallback();
     if (frameBytes <= 0 || capacity <= 0) {
         return;
     }
@@ -281,7 +233,7 @@ bool MyCAOpenGLLayer::renderAudioFrames(std::uint32_t numberFrames, std::uint8_t
         channelBuffers[4], channelBuffers[5], channelBuffers[6], channelBuffers[7]};
     interleaveChannelBuffersWithGain(
         layout.type, std::span(renderedBuffers.data(), std::size_t(rendered)), int(numberFrames),
-        outputVolume.load(), outputDeviceChannels, interleavedOut);
+        output.volume(), outputDeviceChannels, interleavedOut);
 
     sampleClock.addOutputtedSamples(numberFrames);
     return true;

@@ -85,7 +85,7 @@ void MyCAOpenGLLayer::changeAudioTrack(int newAudioStreamIdx) {
             }
         }
 
-        const float rememberedVolume = outputVolume.load();
+        const float rememberedVolume = output.volume();
         destroyOutputUnit();
         resetAudioDecodingStateForNewTrack();
 

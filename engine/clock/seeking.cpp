@@ -65,7 +65,7 @@ SeekAttempt seekAttemptFor(const SeekRuleInputs &inputs) {
 void MyCAOpenGLLayer::setCurrentTimeSec(double currentTimeSecToSeek, bool isOneFrame) {
     runAtOperationBoundary("scts:iof", [&] {
         NamedLockGuard seekLock(seekMutex);
-        const float rememberedVolume = outputVolume.load();
+        const float rememberedVolume = output.volume();
         setVolume(0.0f);
         stopSampleThread();
         stopPixelThread();
