@@ -80,8 +80,9 @@ struct PictureDecision {
 //   sampleDataQueueMutex
 //   videoPacketQueueMutex | audioPacketQueueMutex (the packet lists' own)
 //   sampleCountMutex (the sample clock's own)
-// Pausing or closing the device waits for its lock, so the main thread
-// never holds a lock from samplePoolMutex on while it does.
+// Pausing or closing the device waits for its lock: outside the callback,
+// whose thread holds that lock already, no thread does either while holding
+// a lock from samplePoolMutex on.
 class MyCAOpenGLLayer {
 public:
     MyCAOpenGLLayer();
