@@ -9,13 +9,13 @@
 #include "app/bookmarks.h"
 #include "app/files_folders_opening.h"
 #include "app/item_move_bookkeeping.h"
-#include "app/operation_boundary.h"
 #include "app/played_state_records.h"
 #include "app/playlist_builder.h"
 #include "app/playlist_durations.h"
 #include "app/user_defaults.h"
 #include "app/window_frame_strings.h"
 #include "base/localized_strings.h"
+#include "base/operation_boundary.h"
 #include "engine/my_ca_opengl_layer.h"
 
 namespace tolvane {

@@ -2,9 +2,9 @@
 // display-sleep assertion on every 50th tick.
 
 #include "app/app_controller.h"
-#include "app/operation_boundary.h"
 #include "app/played_state_records.h"
 #include "app/user_defaults.h"
+#include "base/operation_boundary.h"
 #include "engine/my_ca_opengl_layer.h"
 
 namespace tolvane {

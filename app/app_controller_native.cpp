@@ -3,9 +3,9 @@
 #include <QFileInfo>
 
 #include "app/app_controller.h"
-#include "app/operation_boundary.h"
 #include "app/user_defaults.h"
 #include "base/localized_strings.h"
+#include "base/operation_boundary.h"
 
 namespace tolvane {
 namespace {

@@ -10,12 +10,12 @@
 #include "app/item_move_bookkeeping.h"
 #include "app/media_file_kinds.h"
 #include "app/open_result_message.h"
-#include "app/operation_boundary.h"
 #include "app/played_state_records.h"
 #include "app/playlist_builder.h"
 #include "app/series.h"
 #include "app/user_defaults.h"
 #include "base/localized_strings.h"
+#include "base/operation_boundary.h"
 #include "engine/my_ca_opengl_layer.h"
 #include "subtitles/text_encodings.h"
 

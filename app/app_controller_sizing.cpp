@@ -9,6 +9,7 @@
 #include "app/user_defaults.h"
 #include "app/window_sizing.h"
 #include "base/log.h"
+#include "base/operation_boundary.h"
 #include "engine/my_ca_opengl_layer.h"
 
 namespace tolvane {
@@ -88,7 +89,7 @@ bool AppController::determineNaturalSizeRatio() {
 }
 
 void AppController::resizeWindowToLoadedFile() {
-    try {
+    runAtOperationBoundary("rwtlf", [&] {
         if (determineNaturalSizeRatio()) {
             return;
         }
@@ -101,13 +102,11 @@ void AppController::resizeWindowToLoadedFile() {
         const QSize size = limitedSize(naturalSizeAtRatio(), cRatio, visible);
         requestMainWindowFrame(placedFrame(frames[int(WindowKind::show)].topLeft(), size, visible),
                                false);
-    } catch (const std::exception &error) {
-        logException("rwtlf", error.what());
-    }
+    });
 }
 
 void AppController::changeWindowRatioTo(double ratio, const QString &name) {
-    try {
+    runAtOperationBoundary("cwrt:s", [&] {
         if (!(ratio > 0.0)) {
             return;
         }
@@ -123,9 +122,7 @@ void AppController::changeWindowRatioTo(double ratio, const QString &name) {
         menu.aspectRatioName = name;
         Q_EMIT menuStateChanged();
         defaults->setValue(QStringLiteral("AspectRatio"), name);
-    } catch (const std::exception &error) {
-        logException("cwrt:s", error.what());
-    }
+    });
 }
 
 void AppController::clickAspectRatioMenu(const QString &name) {
@@ -152,19 +149,11 @@ void AppController::changeMainWindowSizeBy(int step) {
 }
 
 void AppController::clickIncreaseSizeMenu() {
-    try {
-        changeMainWindowSizeBy(+kSizeStepsPerPress);
-    } catch (const std::exception &error) {
-        logException("cism", error.what());
-    }
+    runAtOperationBoundary("cism", [&] { changeMainWindowSizeBy(+kSizeStepsPerPress); });
 }
 
 void AppController::clickDecreaseSizeMenu() {
-    try {
-        changeMainWindowSizeBy(-kSizeStepsPerPress);
-    } catch (const std::exception &error) {
-        logException("cdsm", error.what());
-    }
+    runAtOperationBoundary("cdsm", [&] { changeMainWindowSizeBy(-kSizeStepsPerPress); });
 }
 
 void AppController::clickFullScreen() {

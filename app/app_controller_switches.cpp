@@ -5,10 +5,10 @@
 
 #include "app/app_controller.h"
 #include "app/bookmarks.h"
-#include "app/operation_boundary.h"
 #include "app/played_state_records.h"
 #include "app/user_defaults.h"
 #include "base/localized_strings.h"
+#include "base/operation_boundary.h"
 #include "engine/my_ca_opengl_layer.h"
 
 namespace tolvane {

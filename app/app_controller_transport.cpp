@@ -11,6 +11,7 @@
 #include "app/user_defaults.h"
 #include "base/localized_strings.h"
 #include "base/log.h"
+#include "base/operation_boundary.h"
 #include "engine/my_ca_opengl_layer.h"
 
 namespace tolvane {
@@ -61,7 +62,7 @@ double AppController::finalCurrentTimeSecForFF() const {
 QString AppController::representHMSfromSEC(double sec) { return tolvane::representHMSfromSEC(sec); }
 
 void AppController::clickPlayPauseButton() {
-    try {
+    runAtOperationBoundary("cppb", [&] {
         Q_EMIT messageChanged(QString());
         const std::unique_ptr<TransportPlayer> player = activeTransportPlayer();
         if (!player) {
@@ -80,9 +81,7 @@ void AppController::clickPlayPauseButton() {
             player->setRate(0.0);
         }
         Q_EMIT transportChanged();
-    } catch (const std::exception &error) {
-        logException("cppb", error.what());
-    }
+    });
 }
 
 void AppController::seekPressWith(double targetSec, milliseconds restoreDelay) {
@@ -105,68 +104,58 @@ void AppController::seekPressWith(double targetSec, milliseconds restoreDelay) {
 }
 
 void AppController::clickForwardMenu() {
-    try {
+    runAtOperationBoundary("cfm", [&] {
         if (const auto player = activeTransportPlayer()) {
             const double target = forwardTargetSec(player->positionSec(), player->durationSec());
             seekPressWith(target, kKeySeekRestoreDelay);
             showMessage(representHMSfromSEC(target), kMessageShownFor);
         }
-    } catch (const std::exception &error) {
-        logException("cfm", error.what());
-    }
+    });
 }
 
 void AppController::clickBackwardMenu() {
-    try {
+    runAtOperationBoundary("cbm", [&] {
         if (const auto player = activeTransportPlayer()) {
             const double target = backwardTargetSec(player->positionSec());
             seekPressWith(target, kKeySeekRestoreDelay);
             showMessage(representHMSfromSEC(target), kMessageShownFor);
         }
-    } catch (const std::exception &error) {
-        logException("cbm", error.what());
-    }
+    });
 }
 
 void AppController::clickSkipForwardMenu() {
-    try {
+    runAtOperationBoundary("csfm", [&] {
         if (const auto player = activeTransportPlayer()) {
             const double target =
                 skipForwardTargetSec(player->positionSec(), player->durationSec());
             seekPressWith(target, kKeySeekRestoreDelay);
             showMessage(representHMSfromSEC(target), kMessageShownFor);
         }
-    } catch (const std::exception &error) {
-        logException("csfm", error.what());
-    }
+    });
 }
 
 void AppController::clickTimeSlider(double targetSec) {
-    try {
+    runAtOperationBoundary("cts", [&] {
         if (const auto player = activeTransportPlayer()) {
             Q_EMIT messageChanged(QString());
             seekPressWith(std::clamp(targetSec, 0.0, std::max(0.0, player->durationSec())),
                           kSliderSeekRestoreDelay);
         }
-    } catch (const std::exception &error) {
-        logException("cts", error.what());
-    }
+    });
 }
 
 void AppController::seekPressTo(double targetSec) {
-    try {
+    runAtOperationBoundary("spt", [&] {
         if (const auto player = activeTransportPlayer()) {
             const double target = std::clamp(targetSec, 0.0, std::max(0.0, player->durationSec()));
             seekPressWith(target, kKeySeekRestoreDelay);
             showMessage(representHMSfromSEC(target), kMessageShownFor);
         }
-    } catch (const std::exception &error) {
-        logException("spt", error.what());
-    }
+    });
 }
 
 void AppController::restorePlayRate() {
-    try {
+    runAtOperationBoundary("rpr", [&] {
         const std::unique_ptr<TransportPlayer> player = activeTransportPlayer();
         if (!player || playlistState.reOpen.reOpenURL != seekPressRunURL) {
             seekPressRun.forgetRun();
@@ -182,9 +171,7 @@ void AppController::restorePlayRate() {
         if (menu.isPlaylistShown) {
             Q_EMIT playlistChanged();
         }
-    } catch (const std::exception &error) {
-        logException("rpr", error.what());
-    }
+    });
 }
 
 void AppController::setVolumeOfActivePlayer(double volume) {
@@ -196,56 +183,46 @@ void AppController::setVolumeOfActivePlayer(double volume) {
 }
 
 void AppController::clickVolumeUpMenu() {
-    try {
+    runAtOperationBoundary("cvum", [&] {
         const double volume = volumeUp(volumeSliderValue);
         defaults->setValue(QStringLiteral("Volume"), volume);
         setVolumeOfActivePlayer(volume);
         showMessage(volumePercentageMessage(volume), kMessageShownFor);
-    } catch (const std::exception &error) {
-        logException("cvum", error.what());
-    }
+    });
 }
 
 void AppController::clickVolumeDownMenu() {
-    try {
+    runAtOperationBoundary("cvdm", [&] {
         const double volume = volumeDown(volumeSliderValue);
         defaults->setValue(QStringLiteral("Volume"), volume);
         setVolumeOfActivePlayer(volume);
         showMessage(volumePercentageMessage(volume), kMessageShownFor);
-    } catch (const std::exception &error) {
-        logException("cvdm", error.what());
-    }
+    });
 }
 
 void AppController::clickVolumeSlider(double value) {
-    try {
+    runAtOperationBoundary("cvs", [&] {
         const double volume = std::clamp(roundedVolume(value), 0.0, kMaximumVolume);
         defaults->setValue(QStringLiteral("Volume"), volume);
         setVolumeOfActivePlayer(volume);
-    } catch (const std::exception &error) {
-        logException("cvs", error.what());
-    }
+    });
 }
 
 // "Volume" is deliberately left alone: unmuting finds the old level there.
 void AppController::clickMuteButton() {
-    try {
+    runAtOperationBoundary("cmb", [&] {
         setVolumeOfActivePlayer(
             mutedVolume(volumeSliderValue, defaults->value(QStringLiteral("Volume")).toDouble()));
-    } catch (const std::exception &error) {
-        logException("cmb", error.what());
-    }
+    });
 }
 
 void AppController::clickAutoPlayMenu() {
-    try {
+    runAtOperationBoundary("capm", [&] {
         const int autoPlay = defaults->value(QStringLiteral("AutoPlay")).toInt() == 1 ? 0 : 1;
         defaults->setValue(QStringLiteral("AutoPlay"), autoPlay);
         menu.isAutoPlay = autoPlay == 1;
         Q_EMIT menuStateChanged();
-    } catch (const std::exception &error) {
-        logException("capm", error.what());
-    }
+    });
 }
 
 bool AppController::hasPlaylistItemInDirection(int direction) const {
@@ -255,7 +232,7 @@ bool AppController::hasPlaylistItemInDirection(int direction) const {
 }
 
 void AppController::clickPrevFileButton() {
-    try {
+    runAtOperationBoundary("cpfb", [&] {
         if (!hasPlaylistItemInDirection(-1)) {
             return;
         }
@@ -263,13 +240,11 @@ void AppController::clickPrevFileButton() {
             steppedPlaylistIndex(stepItemsOf(playlistState), playlistState.indexPlay, -1);
         isDoubleClickedPlayList = true;
         continueOpenFile();
-    } catch (const std::exception &error) {
-        logException("cpfb", error.what());
-    }
+    });
 }
 
 void AppController::clickNextFileButton() {
-    try {
+    runAtOperationBoundary("cnfb", [&] {
         if (!hasPlaylistItemInDirection(+1)) {
             return;
         }
@@ -277,9 +252,7 @@ void AppController::clickNextFileButton() {
             steppedPlaylistIndex(stepItemsOf(playlistState), playlistState.indexPlay, +1);
         isDoubleClickedPlayList = true;
         continueOpenFile();
-    } catch (const std::exception &error) {
-        logException("cnfb", error.what());
-    }
+    });
 }
 
 // Both shown tracks move together; the message names the first track's delay.
@@ -296,19 +269,11 @@ void AppController::changeCaptionDelayBy(qint32 deltaMsec) {
 }
 
 void AppController::clickLaterCaptionButton() {
-    try {
-        changeCaptionDelayBy(kCaptionDelayStepMsec);
-    } catch (const std::exception &error) {
-        logException("clcb", error.what());
-    }
+    runAtOperationBoundary("clcb", [&] { changeCaptionDelayBy(kCaptionDelayStepMsec); });
 }
 
 void AppController::clickEarlyCaptionButton() {
-    try {
-        changeCaptionDelayBy(-kCaptionDelayStepMsec);
-    } catch (const std::exception &error) {
-        logException("cecb", error.what());
-    }
+    runAtOperationBoundary("cecb", [&] { changeCaptionDelayBy(-kCaptionDelayStepMsec); });
 }
 
 // The margin is the captions' distance from the picture's edge, a fraction
@@ -324,19 +289,11 @@ void AppController::changeCaptionMarginBy(double delta) {
 }
 
 void AppController::clickCaptionPositionUp() {
-    try {
-        changeCaptionMarginBy(kCaptionMarginStep);
-    } catch (const std::exception &error) {
-        logException("ccpu", error.what());
-    }
+    runAtOperationBoundary("ccpu", [&] { changeCaptionMarginBy(kCaptionMarginStep); });
 }
 
 void AppController::clickCaptionPositionDown() {
-    try {
-        changeCaptionMarginBy(-kCaptionMarginStep);
-    } catch (const std::exception &error) {
-        logException("ccpd", error.what());
-    }
+    runAtOperationBoundary("ccpd", [&] { changeCaptionMarginBy(-kCaptionMarginStep); });
 }
 
 void AppController::raiseMainWindow() { Q_EMIT windowVisibilityRequested(WindowKind::show, true); }

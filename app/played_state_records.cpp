@@ -11,6 +11,7 @@
 
 #include "base/log.h"
 #include "base/named_mutex.h"
+#include "base/operation_boundary.h"
 #include "bookmarks.h"
 #include "media_file_kinds.h"
 #include "opened_items.h"
@@ -167,14 +168,12 @@ void PlayedStateRecords::saveTotalFdFlsData(const QString &mode) {
     if (!playlist.hasCurrentItem()) {
         return;
     }
-    try {
+    runAtOperationBoundary("stffd", [&] {
         TotalFdFlsData total = readTotalFdFlsDataForSaving();
         total.ttfolder = newDicFromTtFolderDic(total.ttfolder, mode);
         total.ttfile = newDicFromTtFileDic(total.ttfile);
         storeTotalFdFlsData(total);
-    } catch (const std::exception &error) {
-        logException("stffd", error.what());
-    }
+    });
 }
 
 QMap<QString, FileEntry> PlayedStateRecords::newDicFromTtFileDic(
@@ -290,7 +289,7 @@ QStringList PlayedStateRecords::getSavedRecentPList1DicFromTotalFdFlsDic(
 }
 
 void PlayedStateRecords::saveRecentFdFlsData(const QString &part) {
-    try {
+    runAtOperationBoundary("srffd", [&] {
         RecentFdFlsData recent = readRecentFdFlsDataForSaving();
         const bool isAll = part == QLatin1String("all");
         if (isAll || part == QLatin1String("folder")) {
@@ -306,9 +305,7 @@ void PlayedStateRecords::saveRecentFdFlsData(const QString &part) {
             recent.rcplist0idx = openedItems.indexList;
         }
         writeRecord(kRecentFdFlsDataKey, recent.toVariantMap());
-    } catch (const std::exception &error) {
-        logException("srffd", error.what());
-    }
+    });
 }
 
 RecentURLGroup PlayedStateRecords::newDicFromRcFolderDic() const {

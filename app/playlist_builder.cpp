@@ -6,6 +6,7 @@
 #include <exception>
 
 #include "base/log.h"
+#include "base/operation_boundary.h"
 #include "finder_order.h"
 #include "media_file_kinds.h"
 #include "opened_items.h"
@@ -96,7 +97,7 @@ void PlaylistBuilder::fillPlaylist(const QList<QUrl> &urls, const TotalFdFlsData
 }
 
 void PlaylistBuilder::makePListWithFilesFromAllowedSandbox() {
-    try {
+    runAtOperationBoundary("mplwffas", [&] {
         const QList<QUrl> &opened = openedItems.openedVideoFileURLs;
         QList<QUrl> taken;
         for (const QUrl &video : opened) {
@@ -112,13 +113,11 @@ void PlaylistBuilder::makePListWithFilesFromAllowedSandbox() {
         }
         fillPlaylist(taken, PlayedStateRecords::readTotalFdFlsData(),
                      opened.isEmpty() ? QUrl() : opened.first(), false);
-    } catch (const std::exception &error) {
-        logException("mplwffas", error.what());
-    }
+    });
 }
 
 void PlaylistBuilder::makePListWithFolderFromAlwaysallowedSandbox() {
-    try {
+    runAtOperationBoundary("mplwffaas", [&] {
         const TotalFdFlsData total = PlayedStateRecords::readTotalFdFlsData();
         QList<QUrl> items;
         QUrl currentURL;
@@ -138,13 +137,11 @@ void PlaylistBuilder::makePListWithFolderFromAlwaysallowedSandbox() {
             }
         }
         fillPlaylist(items, total, currentURL, true);
-    } catch (const std::exception &error) {
-        logException("mplwffaas", error.what());
-    }
+    });
 }
 
 void PlaylistBuilder::makePListWithFileWhenReOpen(const QList<QUrl> &savedVideoFileURLs) {
-    try {
+    runAtOperationBoundary("mplwfwro:", [&] {
         QList<QUrl> items;
         for (const QUrl &video : savedVideoFileURLs) {
             if (QFileInfo(video.toLocalFile()).isFile() && !thisURLs(items, video)) {
@@ -162,20 +159,16 @@ void PlaylistBuilder::makePListWithFileWhenReOpen(const QList<QUrl> &savedVideoF
         }
         fillPlaylist(items, PlayedStateRecords::readTotalFdFlsData(),
                      savedVideoFileURLs.isEmpty() ? QUrl() : savedVideoFileURLs.first(), false);
-    } catch (const std::exception &error) {
-        logException("mplwfwro:", error.what());
-    }
+    });
 }
 
 void PlaylistBuilder::makePListWithFolderWhenReOpen(const QUrl &folderURL) {
-    try {
+    runAtOperationBoundary("mplwfwro:", [&] {
         const TotalFdFlsData total = PlayedStateRecords::readTotalFdFlsData();
         QUrl savedCurrentURL;
         const QList<QUrl> items = videoURLsOfFolderWhenReOpen(folderURL, total, &savedCurrentURL);
         fillPlaylist(items, total, savedCurrentURL, true);
-    } catch (const std::exception &error) {
-        logException("mplwfwro:", error.what());
-    }
+    });
 }
 
 // The saved playlist of a folder (of its stream folder for a Blu-ray

@@ -10,9 +10,9 @@
 #include <cstring>
 #include <random>
 
-#include "engine/bitmap_conversion.h"
-#include "engine/bitmap_data.h"
 #include "engine/ffmpeg_handles.h"
+#include "engine/video/bitmap_conversion.h"
+#include "engine/video/bitmap_data.h"
 
 extern "C" {
 #include <libswscale/swscale.h>

@@ -10,7 +10,7 @@
 
 #include "engine/ffmpeg_handles.h"
 #include "engine/my_ca_opengl_layer.h"
-#include "engine/video_decoding_rules.h"
+#include "engine/video/video_decoding_rules.h"
 
 namespace tolvane {
 namespace {

@@ -37,20 +37,6 @@ public:
         count_.store(int(items_.size()), std::memory_order_relaxed);
     }
 
-    // Inserts before the first item whose key is greater than `item`'s, so
-    // that items with equal keys keep their arrival order.
-    template <typename KeyOf>
-    void insertOrdered(T item, KeyOf keyOf) {
-        NamedLockGuard lock(mutex_);
-        const auto key = keyOf(item);
-        auto position = items_.begin();
-        while (position != items_.end() && !(keyOf(*position) > key)) {
-            ++position;
-        }
-        items_.insert(position, std::move(item));
-        count_.store(int(items_.size()), std::memory_order_relaxed);
-    }
-
     // The next unread item, or null when the queue is empty or all of it has
     // been read (the cursor then stays where it was).
     T *read() {

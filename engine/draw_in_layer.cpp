@@ -10,30 +10,22 @@ void MyCAOpenGLLayer::setIsResized(bool resized) {
     isResized = resized;
 }
 
-void MyCAOpenGLLayer::setCountAfterChangeScreen(int count) {
-    NamedLockGuard lock(drawVideoMutex);
-    countAfterChangeScreen = count;
-}
-
 bool MyCAOpenGLLayer::canDrawInCGLContext(PictureDecision *outcome) {
     NamedLockGuard drawLock(drawVideoMutex);
     DrawDecisionState state;
     state.isResized = isResized;
     state.countAfterChangeScreen = countAfterChangeScreen;
     state.rate = rateValue.load();
-    {
-        NamedLockGuard countLock(sampleCountMutex);
-        state.hasPlayedAudio = gOutputtedSampleCount.load() > 0;
-    }
-    state.isSeekingVideo = isSeekingVideo.load();
+    state.hasPlayedAudio = sampleClock.outputtedSampleCount() > 0;
+    state.isSeekingVideo = pictures.isSeekingVideo();
     state.currentTimeSec = currentTimeSec();
 
-    NamedLockGuard bitmapLock(bitmapDataQueueMutex);
-    state.hasCurrentFrame = !bitmapDataForTemp.empty();
+    NamedLockGuard bitmapLock(pictures.mutex());
+    state.hasCurrentFrame = pictures.hasCurrentPicture();
     // The next picture is looked at only when neither a resize nor a seek
     // preview decides the refresh.
     if (!state.isResized && !state.isSeekingVideo) {
-        if (const BitmapData *next = getBitmapData()) {
+        if (const BitmapData *next = pictures.read()) {
             state.nextFrameTimeSec = next->ptsSec;
         }
     }
@@ -46,7 +38,7 @@ bool MyCAOpenGLLayer::canDrawInCGLContext(PictureDecision *outcome) {
         isAsynchronousValue = false;
     }
     if (decision.isSeekingVideoCleared) {
-        isSeekingVideo = false;
+        pictures.endSeekPreview();
     }
     if (decision.isSkipping) {
         isSkippingValue = *decision.isSkipping;
@@ -61,21 +53,17 @@ bool MyCAOpenGLLayer::canDrawInCGLContext(PictureDecision *outcome) {
         case NextFrameAction::None:
             break;
         case NextFrameAction::OfferAgain:
-            bitmapDatas.resetCursor();
+            pictures.offerReadAgain();
             break;
         case NextFrameAction::MakeCurrent: {
-            std::vector<BitmapData> taken = removeBitmapData();
-            BitmapData &due = taken.back();
-            bitmapDataForTemp = std::move(due.data);
-            frameWidth = float(due.width);
-            frameHeight = float(due.height);
-            bitmapLayoutForTemp = due.layout;
+            std::vector<BitmapData> taken = pictures.takeRead();
+            pictures.makeCurrent(std::move(taken.back()));
             hasPictureOnScreen = true;
             done.kind = PictureDecision::Kind::Shown;
             break;
         }
         case NextFrameAction::Discard:
-            removeBitmapData();  // freed here: late pictures are never shown
+            pictures.takeRead();  // freed here: late pictures are never shown
             done.kind = PictureDecision::Kind::Late;
             break;
     }
@@ -87,12 +75,7 @@ bool MyCAOpenGLLayer::canDrawInCGLContext(PictureDecision *outcome) {
 
 void MyCAOpenGLLayer::drawInCGLContext(
     const std::function<void(const PictureView &picture)> &draw) const {
-    NamedLockGuard lock(bitmapDataQueueMutex);
-    if (bitmapDataForTemp.empty()) {
-        return;
-    }
-    draw(PictureView{bitmapLayoutForTemp, bitmapDataForTemp.data(), bitmapDataForTemp.size(),
-                     int(frameWidth), int(frameHeight)});
+    pictures.drawCurrent(draw);
 }
 
 }  // namespace tolvane

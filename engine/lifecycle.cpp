@@ -1,6 +1,7 @@
-// Creation, the reset before every file, and the rate.
+// Creation and the reset before every file.
 
 #include "base/log.h"
+#include "base/operation_boundary.h"
 #include "engine/my_ca_opengl_layer.h"
 
 namespace tolvane {
@@ -15,7 +16,7 @@ MyCAOpenGLLayer::~MyCAOpenGLLayer() { cleanBeforeQuit(); }
 void MyCAOpenGLLayer::cleanBeforeQuit() { cleanBeforeOpenFile(); }
 
 void MyCAOpenGLLayer::cleanBeforeOpenFile() {
-    try {
+    runAtOperationBoundary("cbof", [&] {
         isAlsoHaveMovieValue = false;
         // A worker abandoned by the bounded stop may hold its thread lock for
         // ever: the reset then leaves alone what that lock guards rather
@@ -35,27 +36,13 @@ void MyCAOpenGLLayer::cleanBeforeOpenFile() {
             NamedLockGuard lock(rateMutex);
             rateValue = 0.0;
         }
-        {
-            const int lists = sampleListCount();
-            for (int channel = 0; channel < lists; ++channel) {
-                removeAllSampleDatasForChannel(channel);
-            }
-        }
-        removeAllBitmapDatas();
-        removeAllHoldingBitmapDatas();
+        emptyQueues(QueueEmptying::Everything);
         releasePooledBitmapStorage();
-        {
-            NamedLockGuard lock(samplePoolMutex);
-            samplePool.release();
-        }
         {
             NamedLockGuard lock(drawVideoMutex);
             isResized = true;
             countAfterChangeScreen = 1;
         }
-
-        removeAllVideoPackets();
-        removeAllAudioPackets();
 
         if (isPixelThreadStopped) {
             NamedLockGuard lock(bitmapDataThreadMutex);
@@ -69,7 +56,7 @@ void MyCAOpenGLLayer::cleanBeforeOpenFile() {
         isMacSupportH264AccValue = false;
         hardwareDecodingReasonValue.clear();
         {
-            NamedLockGuard lock(holdingBitmapDataQueueMutex);
+            NamedLockGuard lock(hardwarePictureOrderMutex);
             flagMessPTSValue = kFlagMessPTSLookingForI;
         }
         aCodec = nullptr;
@@ -87,7 +74,7 @@ void MyCAOpenGLLayer::cleanBeforeOpenFile() {
             videoOnlyStartTimeSec = 0.0;
             fileDurationSecValue = 0.0;
             isUglyKeyframeValue = false;
-            isSeekingVideo = false;
+            pictures.endSeekPreview();
             isSeekingAudio = true;  // deliberately the opposite of the video flag
             {
                 NamedLockGuard lock(seekMutex);
@@ -98,75 +85,40 @@ void MyCAOpenGLLayer::cleanBeforeOpenFile() {
 
         tracksRecord = Tracks{};
 
-        {
-            NamedLockGuard lock(bitmapDataQueueMutex);
-            bitmapDataForTemp.clear();
-            bitmapDataForTemp.shrink_to_fit();
-            hasPictureOnScreen = false;
-            hasReadToTheEnd = false;
-            frameWidth = 0.0f;
-            frameHeight = 0.0f;
+        pictures.forgetCurrentPicture();
+        hasPictureOnScreen = false;
+        hasReadToTheEnd = false;
+    });
+}
+
+void MyCAOpenGLLayer::emptyQueues(QueueEmptying emptying) {
+    {
+        // One lock over every channel, as the callback reads them.
+        NamedLockGuard lock(sampleDataQueueMutex);
+        const int lists = sampleListCount();
+        for (int channel = 0; channel < lists; ++channel) {
+            sampleLists.channel(channel).removeAll();
         }
-    } catch (const std::exception &e) {
-        logException("cbof", e.what());
     }
-}
-
-double MyCAOpenGLLayer::rate() const {
-    NamedLockGuard lock(rateMutex);
-    return rateValue.load();
-}
-
-void MyCAOpenGLLayer::setRate(double newRate) {
-    NamedLockGuard lock(rateMutex);
-    // The engine has no fast or slow playback: any other value is ignored.
-    if (newRate == 1.0) {
-        rateValue = 1.0;
-        startOutputUnit();
-        setAsynchronous(true);
-    } else if (newRate == 0.0) {
-        rateValue = 0.0;
-        stopOutputUnit();
-        setAsynchronous(false);
+    {
+        NamedLockGuard lock(samplePoolMutex);
+        samplePool.release();
     }
-}
-
-double MyCAOpenGLLayer::startTimeSec() const {
-    const auto found = tracksRecord.audiotrack.find(audioStreamIdx);
-    return found != tracksRecord.audiotrack.end() ? found->second.starttimesec
-                                                  : videoOnlyStartTimeSec;
-}
-
-double MyCAOpenGLLayer::currentTimeSec() const {
-    // Sources sampled at 8 kHz or less are timed as 8 kHz.
-    constexpr double kLowestClockSampleRate = 8000.0;
-    const auto found = tracksRecord.audiotrack.find(audioStreamIdx);
-    double sampleRate = 0.0;
-    if (found != tracksRecord.audiotrack.end()) {
-        sampleRate = found->second.samplerate <= 8000 ? kLowestClockSampleRate
-                                                      : double(found->second.samplerate);
-    } else if (videoStreamIdx >= 0) {
-        sampleRate = double(kSilentClockSampleRate);
-    } else {
-        return 0.0;
+    removeAllAudioPackets();
+    if (emptying == QueueEmptying::Everything) {
+        sampleClock.rebaseOnSampleCount(0);
     }
-    NamedLockGuard lock(sampleCountMutex);
-    return double(gOutputtedSampleCount.load()) / sampleRate;
-}
-
-int MyCAOpenGLLayer::clockSampleRate() const {
-    if (aCodecCtx) {
-        return aCodecCtx->sample_rate;
+    {
+        // Not nested in sampleCountMutex: the callback takes enoughMutex first.
+        NamedLockGuard lock(enoughMutex);
+        isEnoughSampleValue = false;
     }
-    return videoStreamIdx >= 0 ? kSilentClockSampleRate : 0;
-}
-
-void MyCAOpenGLLayer::rebaseClockOnTimeSec(double timeSec) {
-    const auto rebased = std::int64_t(double(clockSampleRate()) * timeSec);
-    NamedLockGuard lock(sampleCountMutex);
-    gOutputtedSampleCount = rebased;
-    gReadedSampleCount = rebased;
-    isAudioDecodingAtEnd = false;
+    if (emptying == QueueEmptying::AudioButClock) {
+        return;
+    }
+    removeAllVideoPackets();
+    removeAllBitmapDatas();
+    removeAllHeldHardwarePictures();
 }
 
 }  // namespace tolvane

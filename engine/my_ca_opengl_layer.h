@@ -9,19 +9,23 @@
 #include "base/named_mutex.h"
 #include "base/worker_thread.h"
 #include "engine/alert_presenter.h"
-#include "engine/audio_output_device.h"
-#include "engine/bitmap_conversion.h"
-#include "engine/bitmap_data.h"
+#include "engine/audio/audio_output_device.h"
+#include "engine/audio/audio_output_unit.h"
+#include "engine/audio/sample_pool.h"
+#include "engine/clock/sample_clock.h"
 #include "engine/cursor_queue.h"
+#include "engine/demux/packet_queues.h"
+#include "engine/demux/packet_thread_link.h"
+#include "engine/demux/tracks.h"
 #include "engine/ffmpeg_handles.h"
-#include "engine/packet_thread_link.h"
-#include "engine/picture_layout.h"
-#include "engine/sample_pool.h"
-#include "engine/tracks.h"
+#include "engine/video/bitmap_conversion.h"
+#include "engine/video/bitmap_data.h"
 #include "engine/video/hardware/hardware_decoding.h"
 #include "engine/video/hardware/hardware_picture_order.h"
 #include "engine/video/hardware/pts_check.h"
-#include "engine/video_decoding_rules.h"
+#include "engine/video/picture_layout.h"
+#include "engine/video/picture_queues.h"
+#include "engine/video/video_decoding_rules.h"
 
 namespace tolvane {
 
@@ -59,6 +63,26 @@ struct PictureDecision {
 // operations may be called from any thread; each takes its list's lock. The
 // worker threads read the counts, `rate` and the flags marked atomic without
 // locks.
+//
+// Lock order: a lock may be taken while holding only locks listed before
+// it; those on one line are never held together.
+//   changeAudioMutex
+//   seekMutex
+//   the packet thread link's lock, then packetThreadMutex
+//     | bitmapDataThreadMutex | sampleDataThreadMutex   (each held by its worker for its loop)
+//   rateMutex
+//   drawVideoMutex
+//   the audio device's lock (held by SDL around the render callback)
+//   samplePoolMutex
+//   enoughMutex
+//   startStopMutex (the output unit's own)
+//   hardwarePictureOrderMutex | bitmapDataQueueMutex (the pictures' own)
+//   sampleDataQueueMutex
+//   videoPacketQueueMutex | audioPacketQueueMutex (the packet lists' own)
+//   sampleCountMutex (the sample clock's own)
+// Pausing or closing the device waits for its lock: outside the callback,
+// whose thread holds that lock already, no thread does either while holding
+// a lock from samplePoolMutex on.
 class MyCAOpenGLLayer {
 public:
     MyCAOpenGLLayer();
@@ -128,8 +152,8 @@ public:
     AVPacket *getAudioPacket();
     void removeAudioPacket();
     void removeAllAudioPackets();
-    int videoPacketCount() const { return videoPackets.count(); }
-    int audioPacketCount() const { return audioPackets.count(); }
+    int videoPacketCount() const { return packets.videoCount(); }
+    int audioPacketCount() const { return packets.audioCount(); }
 
     // --- Packet thread
     void startPacketThread();
@@ -148,7 +172,6 @@ public:
     void startSampleThread();
     // False when the thread did not stop within the bound and was abandoned.
     bool stopSampleThread();
-    bool hasSampleThread() const { return sampleThread != nullptr; }
     // One turn of the sample thread's loop, exposed so that it can be driven
     // without a thread.
     SampleTurnAction addSampleOneTurn();
@@ -157,19 +180,15 @@ public:
     // until the matching remove.
     void addSampleData(std::vector<std::uint8_t> data, double ptsSec, int channel);
     const SampleNode *getSampleData(int channel);
-    void removeSampleDataForChannel(int channel);
-    // Also zeroes both sample counters and clears isEnoughSample.
-    void removeAllSampleDatasForChannel(int channel);
     int sampleDataCountForChannel(int channel) const {
         return sampleLists.channel(channel).count();
     }
     // 1 for packed sources, the channel count (at most 8) for planar ones.
     int sampleListCount() const;
-    bool isEnoughSample() const { return isEnoughSampleValue.load(); }
     // Decode failures since the track was opened, saturating at 4. Any thread.
     int countAudioDecodingError() const { return countAudioDecodingErrorValue.load(); }
-    std::int64_t outputtedSampleCount() const { return gOutputtedSampleCount.load(); }
-    std::int64_t readedSampleCount() const { return gReadedSampleCount.load(); }
+    std::int64_t outputtedSampleCount() const { return sampleClock.outputtedSampleCount(); }
+    std::int64_t readedSampleCount() const { return sampleClock.readedSampleCount(); }
 
     // --- Audio output (audio_output.cpp). Main thread unless said otherwise.
     // Opens the output device for the current audio track, paused, with its
@@ -180,19 +199,17 @@ public:
     // Linear gain applied in the callback (1.0 unchanged, more amplifies with
     // saturation). Does nothing while no output is set up.
     void setVolume(float volume);
-    float volume() const { return outputVolume.load(); }
+    float volume() const { return output.volume(); }
     // Idempotent. Any thread, but never while holding a lock the callback takes.
     void startOutputUnit();
     void stopOutputUnit();
-    bool isRunningOutputUnit() const { return isRunningOutputUnitValue.load(); }
-    bool hasOutputUnit() const { return outputDeviceId.load() != 0; }
+    bool isRunningOutputUnit() const { return output.isRunning(); }
+    bool hasOutputUnit() const { return output.hasDevice(); }
     // The open device's driver ("pulseaudio", "silent", ...); empty while none
     // is open. Main thread.
-    QString outputDriverName() const {
-        return theOutputUnit ? theOutputUnit->driverName() : QString();
-    }
+    QString outputDriverName() const { return output.driverName(); }
     // The device's frames per callback and channels, 0 while none is open.
-    int outputFramesPerCallback() const { return outputFramesPerCallbackValue.load(); }
+    int outputFramesPerCallback() const { return output.framesPerCallback(); }
     // The render callback, on the device's thread: fills `numberFrames`
     // frames (0: as many as `streamBytes` holds) of the device's interleaved
     // stream, and advances the played-sample count by as many. Blocks only on
@@ -250,36 +267,22 @@ public:
     const BitmapData *getBitmapData();
     std::vector<BitmapData> removeBitmapData();
     void removeAllBitmapDatas();
-    int bitmapDataCount() const { return bitmapDatas.count(); }
-    // The holding bitmap list, in time order when filled by the insert.
-    void addHoldingBitmapData(BitmapBytes bitmapData, double hPTSData);
-    void insertHoldingBitmapData(BitmapBytes bitmapData, double hPTSData);
-    const HoldingBitmapData *getHoldingBitmapData();
-    std::vector<HoldingBitmapData> removeHoldingBitmapData();
-    void removeAllHoldingBitmapDatas();
-    int holdingBitmapDataCount() const { return holdingBitmapDatas.count(); }
+    int bitmapDataCount() const { return pictures.count(); }
     // Calls `reader` with the seek preview under bitmapDataQueueMutex.
     void readSeekPreview(
         const std::function<void(const BitmapBytes &bitmapDataForTemp, float frameWidth,
                                  float frameHeight)> &reader) const;
-    bool isSeekingVideoNow() const { return isSeekingVideo.load(); }
     // Lets the pixel-path tests deliver pictures to the seek preview without
     // running a whole seek.
-    void setIsSeekingVideoForTesting(bool value) {
-        NamedLockGuard lock(bitmapDataQueueMutex);
-        hasSeekPreview = false;
-        isSeekingVideo = value;
-    }
+    void setIsSeekingVideoForTesting(bool value) { pictures.resetSeekPreview(value); }
 
     // --- Presentation: asked by the video view on the main thread
     // Whether the view asks the decision at every display refresh: on while
     // playing or while a seek preview waits to be drawn, off when paused.
     bool isAsynchronous() const { return isAsynchronousValue.load(); }
     void setAsynchronous(bool asynchronous) { isAsynchronousValue = asynchronous; }
-    // The view changed size (countAfterChangeScreen 0) or moved to another
-    // screen (the number of decisions that rebuild the drawing state).
+    // The view changed size: the next decision redraws the current picture.
     void setIsResized(bool resized);
-    void setCountAfterChangeScreen(int count);
     // The per-refresh decision: true when the current picture should be
     // drawn now. Takes the picture that is due from the bitmap list, and
     // tells what it did through `outcome` when given.
@@ -298,7 +301,23 @@ private:
     // Queues the packet of a read, or ends the packet stream when it failed.
     PacketPassAction takeReadResult(int readResult, PacketPtr packet);
     void showAlert(const QString &message, const QString &informativeText);
-    QString openMovieFileSteps(const QString &path);
+
+    // What an emptying of the queues leaves in place. None touches the seek
+    // preview: a seek shows it until the picture at its target comes.
+    enum class QueueEmptying {
+        // The reset: every packet, sample and picture, the pictures the
+        // hardware order holds and the sample pool; the clock goes to 0.
+        Everything,
+        // The seek: the same, but the clock stays, for the seek to judge its
+        // direction by before it puts the clock on the target.
+        EverythingButClock,
+        // The track change: the audio packets, the samples and the pool, while
+        // the old decoder still says how many sample lists there are. The
+        // clock stays for the seek that follows, which empties the rest.
+        AudioButClock,
+    };
+    // With every worker stopped (or abandoned by the bounded stop).
+    void emptyQueues(QueueEmptying emptying);
 
     // --- Audio decoding and sample lists
     void addSampleToQueueOnThreadOnlyOne(const std::function<bool()> &isCancelled);
@@ -308,7 +327,6 @@ private:
     void markEnoughSamplesAndStartOutput();
     // Sets the decoding state of a freshly opened audio decoder.
     void resetAudioDecodingStateForNewTrack();
-    void emptySampleListsAndPool();
 
     // --- Audio output
     // Renders one request into the device's stream; false when no audio was
@@ -320,7 +338,6 @@ private:
     bool isPlaybackAtItsEnd() const;
     bool isPictureOnScreen() const;
     void destroyOutputUnit();
-    void syncOutputDevicePauseWithRunningFlag();
     void primeDeferredSeekIndex(AVStream *videoStream, double targetSec);
     // Samples a second of the clock: the audio decoder's rate, or the silent
     // output's when the file has no sound; 0 without an open file.
@@ -330,27 +347,23 @@ private:
     void rebaseClockOnTimeSec(double timeSec);
     void putClockOnStreamStart();
     bool setSilentOutputForVideoWithoutSound(float volume);
-    bool openAudioDecoderForStream(int streamIndex);
+    // Opens the decoder of audio stream `streamIndex` and makes it the
+    // track's, for the open and the track change; the open's result code
+    // ("-2005", "-2007: ...", "-2008") when it cannot, the track left as it was.
+    std::optional<QString> openAudioDecoderForStream(int streamIndex);
 
     // --- Locks, named for what they guard. Created with the engine.
-    mutable NamedRecursiveMutex videoPacketQueueMutex{"videoPacketQueue"};
-    mutable NamedRecursiveMutex audioPacketQueueMutex{"audioPacketQueue"};
     mutable NamedRecursiveMutex packetThreadMutex{"packetThread"};
-    mutable NamedRecursiveMutex bitmapDataQueueMutex{"bitmapDataQueue"};
     mutable NamedRecursiveMutex bitmapDataThreadMutex{"bitmapDataThread"};
-    mutable NamedRecursiveMutex holdingBitmapDataQueueMutex{"holdingBitmapDataQueue"};
-    mutable NamedRecursiveMutex holdingPictureQueueMutex{"holdingPictureQueue"};
-    mutable NamedRecursiveMutex holdingPictureStackMutex{"holdingPictureStack"};
+    mutable NamedRecursiveMutex hardwarePictureOrderMutex{"hardwarePictureOrder"};
     mutable NamedRecursiveMutex sampleDataQueueMutex{"sampleDataQueue"};
     mutable NamedRecursiveMutex sampleDataThreadMutex{"sampleDataThread"};
     mutable NamedRecursiveMutex samplePoolMutex{"samplePool"};
-    mutable NamedRecursiveMutex startStopMutex{"startStopMutex"};
     mutable NamedRecursiveMutex enoughMutex{"enoughMutex"};
     mutable NamedRecursiveMutex rateMutex{"rate"};
     mutable NamedRecursiveMutex seekMutex{"seek"};
     mutable NamedRecursiveMutex changeAudioMutex{"changeAudio"};
     mutable NamedRecursiveMutex drawVideoMutex{"drawVideo"};
-    mutable NamedRecursiveMutex sampleCountMutex{"sampleCount"};
 
     // --- FFmpeg handles of the open file. Written on the main thread while
     // no worker runs; the workers use them between start and stop. The
@@ -377,7 +390,7 @@ private:
     bool isUglyKeyframeValue = false;
     std::atomic<int> pixelFormatModeValue{kPixelFormatUnsupported};  // pixel thread may set 42011
     std::atomic<bool> isInterlacedValue{false};
-    int flagMessPTSValue = kFlagMessPTSLookingForI;  // guarded by holdingBitmapDataQueueMutex
+    int flagMessPTSValue = kFlagMessPTSLookingForI;  // guarded by hardwarePictureOrderMutex
 
     // --- Decoding options and capabilities
     bool isUseH264AccValue = true;
@@ -398,18 +411,14 @@ private:
     std::shared_ptr<PacketThreadLink> packetThreadLink;  // main thread only
 
     // --- Queues
-    CursorQueue<PacketPtr> videoPackets{videoPacketQueueMutex};
-    CursorQueue<PacketPtr> audioPackets{audioPacketQueueMutex};
+    PacketQueues packets;
 
     // --- Clock and transport
     std::atomic<double> rateValue{0.0};  // written under rateMutex, read anywhere
     std::atomic<double> gNextVideoFramePtsSec{0.0};
-    // The samples the output has played and the samples decoded so far;
-    // written under sampleCountMutex, read by the clock from any thread.
-    std::atomic<std::int64_t> gOutputtedSampleCount{0};
-    std::atomic<std::int64_t> gReadedSampleCount{0};
+    // The samples played and decoded, the clock's position.
+    SampleClock sampleClock;
     std::atomic<bool> isAlsoHaveMovieValue{false};
-    std::atomic<bool> isSeekingVideo{false};
     std::atomic<bool> isSeekingAudio{false};
     int countSeek = 0;  // guarded by seekMutex
     std::atomic<double> seekingMovieTimeSec{0.0};
@@ -417,12 +426,6 @@ private:
     // --- Drawing
     bool isResized = true;           // guarded by drawVideoMutex
     int countAfterChangeScreen = 0;  // guarded by drawVideoMutex
-    BitmapBytes bitmapDataForTemp;   // guarded by bitmapDataQueueMutex
-    float frameWidth = 0.0f;         // guarded by bitmapDataQueueMutex
-    float frameHeight = 0.0f;        // guarded by bitmapDataQueueMutex
-    // The seek under way has its preview; later pictures go to the list.
-    bool hasSeekPreview = false;  // guarded by bitmapDataQueueMutex
-    BitmapLayout bitmapLayoutForTemp = BitmapLayout::Packed422From420p8;  // bitmapDataQueueMutex
 
     std::atomic<bool> isAsynchronousValue{false};
     std::atomic<bool> clearBeforeDrawing{true};
@@ -443,13 +446,7 @@ private:
     FramePtr aFrame;         // guarded by sampleDataThreadMutex
 
     // --- Audio output
-    std::unique_ptr<AudioOutputDevice> theOutputUnit;  // created and destroyed on the main thread
-    // The open device's id for the pause calls made from any thread; 0 when none.
-    std::atomic<std::uint32_t> outputDeviceId{0};
-    std::atomic<int> outputFramesPerCallbackValue{0};
-    std::atomic<int> outputFrameBytes{0};  // of one interleaved frame in the device's stream
-    std::atomic<bool> isRunningOutputUnitValue{false};  // written under startStopMutex
-    std::atomic<float> outputVolume{1.0f};
+    AudioOutputUnit output;
     // What the callback renders, fixed at set-up; guarded by samplePoolMutex.
     SourceLayout renderLayout;
     int outputDeviceChannels = 2;             // guarded by samplePoolMutex
@@ -504,6 +501,8 @@ private:
     // After the decoder's last picture: queues one picture the rule still
     // holds; false when none is left.
     bool releaseHeldHardwarePicture();
+    // Drops the pictures the time-stamp rule holds back.
+    void removeAllHeldHardwarePictures();
     // A software picture came out of the decoder attached to the device (it
     // gave the stream up, at a change of size or profile): notes it once,
     // queues what the rule holds, and the software path goes on.
@@ -516,10 +515,9 @@ private:
     std::atomic<VideoDecoderDrainState> videoDecoderDrainState{VideoDecoderDrainState::Feeding};
 
     std::unique_ptr<WorkerThread> pixelThread;  // main thread only
-    CursorQueue<BitmapData> bitmapDatas{bitmapDataQueueMutex};
-    CursorQueue<HoldingBitmapData> holdingBitmapDatas{holdingBitmapDataQueueMutex};
-    HardwarePictureOrder<BitmapData>
-        hardwarePictureOrder;  // guarded by holdingBitmapDataQueueMutex
+    // The bitmap list, the current picture and the seek preview.
+    PictureQueues pictures;
+    HardwarePictureOrder<BitmapData> hardwarePictureOrder;  // guarded by hardwarePictureOrderMutex
 };
 
 }  // namespace tolvane

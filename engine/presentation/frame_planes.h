@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "engine/picture_layout.h"
+#include "engine/video/picture_layout.h"
 
 namespace tolvane {
 

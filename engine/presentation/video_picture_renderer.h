@@ -12,8 +12,8 @@
 #include <optional>
 #include <vector>
 
-#include "engine/picture_layout.h"
 #include "engine/presentation/frame_planes.h"
+#include "engine/video/picture_layout.h"
 
 namespace tolvane {
 

@@ -24,7 +24,7 @@ namespace tolvane {
 // A picture with neither stamp leaves with `nextVideoFramePtsSec`, and the
 // next expected time then advances by one frame.
 //
-// Thread-safety: none; the engine keeps it under holdingBitmapDataQueueMutex.
+// Thread-safety: none; the engine keeps it under hardwarePictureOrderMutex.
 template <typename Picture>
 class HardwarePictureOrder {
 public:

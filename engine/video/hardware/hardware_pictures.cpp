@@ -4,6 +4,7 @@
 #include <QFile>
 
 #include "base/log.h"
+#include "engine/clock/stream_time.h"
 #include "engine/my_ca_opengl_layer.h"
 #include "engine/video/hardware/nv12_bitmap.h"
 #include "engine/video/hardware/pts_check.h"
@@ -64,9 +65,9 @@ void MyCAOpenGLLayer::openHardwareDecodingForVideoDecoder(const QString &path) {
     isMacSupportH264AccValue = true;
     hasLoggedHardwareDownloadFailure = false;
     const int flag = checkPTS(encodedPath.constData());
-    NamedLockGuard lock(holdingBitmapDataQueueMutex);
+    NamedLockGuard lock(hardwarePictureOrderMutex);
     flagMessPTSValue = flag;
-    hardwarePictureOrder.reset(av_q2d(stream->time_base), videoFrameRate(), flag);
+    hardwarePictureOrder.reset(secondsPerStreamUnit(stream->time_base), videoFrameRate(), flag);
     logInfo(QStringLiteral("H.264 decoded in hardware (%1), time stamps %2")
                 .arg(QLatin1String(hardwareDecoding->deviceName()),
                      flag == kFlagMessPTSUnusable ? QStringLiteral("unusable")
@@ -96,7 +97,7 @@ void MyCAOpenGLLayer::queueHardwarePicture(const AVFrame *frame) {
                        BitmapLayout::Nv12From420p8};
     std::optional<HardwarePictureOrder<BitmapData>::Released> released;
     {
-        NamedLockGuard lock(holdingBitmapDataQueueMutex);
+        NamedLockGuard lock(hardwarePictureOrderMutex);
         // The decoder hands back the decoding stamp of each picture's own
         // packet through reordered_opaque (set before each send).
         released = hardwarePictureOrder.properImageBufferAndPTS(
@@ -122,7 +123,7 @@ void MyCAOpenGLLayer::noteSoftwarePictureFromHardwareDecoder() {
 bool MyCAOpenGLLayer::releaseHeldHardwarePicture() {
     std::optional<HardwarePictureOrder<BitmapData>::Released> released;
     {
-        NamedLockGuard lock(holdingBitmapDataQueueMutex);
+        NamedLockGuard lock(hardwarePictureOrderMutex);
         released = hardwarePictureOrder.releaseFirst(gNextVideoFramePtsSec.load());
     }
     if (!released) {

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "engine/bitmap_conversion.h"
+#include "engine/video/bitmap_conversion.h"
 
 extern "C" {
 #include <libavutil/frame.h>
