@@ -1,12 +1,9 @@
 #include "app_test_support.h"
 
-#include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QSettings>
-#include <QThread>
 #include <memory>
 
 #include "app/user_defaults.h"
@@ -38,18 +35,6 @@ void clearTolvaneSettings() {
     const auto settings = openTolvaneSettings();
     settings->clear();
     settings->sync();
-}
-
-bool processEventsUntil(const std::function<bool()> &condition, int timeoutMs) {
-    QDeadlineTimer deadline(timeoutMs);
-    while (!condition()) {
-        if (deadline.hasExpired()) {
-            return false;
-        }
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-        QThread::msleep(5);
-    }
-    return true;
 }
 
 QString TemporaryTree::path(const QString &relativePath) const {

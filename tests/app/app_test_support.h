@@ -4,17 +4,14 @@
 #include <QString>
 #include <QTemporaryDir>
 #include <QUrl>
-#include <functional>
+
+#include "support/test_media.h"
 
 namespace tolvane::test {
 
 // Every binary linking app_test_support.cpp keeps its settings in a temporary
 // folder (XDG_CONFIG_HOME), inherited by its child processes. This removes them all.
 void clearTolvaneSettings();
-
-// Runs the event loop until `condition` holds; false when it did not within
-// `timeoutMs` (a bound against hanging, never a measure of speed).
-bool processEventsUntil(const std::function<bool()> &condition, int timeoutMs = 60000);
 
 // A temporary folder tree that tests fill with (empty or small) files.
 class TemporaryTree {

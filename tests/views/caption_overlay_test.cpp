@@ -2,13 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QImage>
 #include <QTemporaryDir>
 
 #include "subtitles/text_encodings.h"
+#include "support/test_media.h"
 #include "views/caption_timer.h"
 
 namespace tolvane {
@@ -28,14 +27,6 @@ constexpr const char *kTwoClassSami = R"(<SAMI><HEAD><STYLE TYPE="text/css"><!--
 <SYNC Start=2000><P Class=ENCC>&nbsp;
 </BODY></SAMI>
 )";
-
-void spinEvents(int milliseconds) {
-    QElapsedTimer timer;
-    timer.start();
-    while (timer.elapsed() < milliseconds) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
-    }
-}
 
 struct PixelCounts {
     int white = 0;
@@ -125,7 +116,7 @@ TEST_F(CaptionOverlayTest, TracksAreDrawnAtTheirEdgesWithTheirColours) {
     for (const QSize size : {QSize(480, 270), QSize(960, 540)}) {
         SCOPED_TRACE(QStringLiteral("%1x%2").arg(size.width()).arg(size.height()).toStdString());
         picture.resize(size);
-        spinEvents(100);
+        test::processEventsFor(100);
         ASSERT_EQ(overlay.size(), size) << "the overlay follows the view";
         const QImage shown = picture.grab().toImage();
         const int third = shown.height() / 3;
@@ -144,7 +135,7 @@ TEST_F(CaptionOverlayTest, TracksAreDrawnAtTheirEdgesWithTheirColours) {
     timer.resetShownLines();
     ASSERT_TRUE(timer.tick());
     ASSERT_EQ(overlay.shownGroups().count(QStringLiteral("fst.snd.bottom")), 1u);
-    spinEvents(100);
+    test::processEventsFor(100);
     const QImage shown = picture.grab().toImage();
     const int half = shown.height() / 2;
     const PixelCounts top = countCaptionPixels(shown, 0, half);
@@ -161,7 +152,7 @@ TEST_F(CaptionOverlayTest, BottomCaptionsRiseAboveACoveredBand) {
     nowMsec = 600;
     ASSERT_TRUE(timer.tick());
     picture.resize(960, 540);
-    spinEvents(100);
+    test::processEventsFor(100);
     const auto rowsWithText = [this] {
         const QImage shown = picture.grab().toImage();
         std::vector<int> rows;
