@@ -71,7 +71,7 @@ TEST_F(MprisWithPlayerctl, PlayPauseStopAndTheirStatus) {
     }
 }
 
-// The volume is the running player's test (app_mpris_playerctl_test); here
+// The volume is the running player's test (app_launch_test); here
 // the steps to either end and the refusals.
 TEST_F(MprisWithPlayerctl, NextPreviousAndOpen) {
     // In numeric order: h264_640x360, h264_aac, long_h264_aac.
