@@ -46,6 +46,7 @@ TEST(ToggleRow, ClicksFormATwoSlotQueue) {
         std::vector<Click> clicks;
     };
     const Case cases[] = {
+        // clang-format off
         {"a third row pushes out the oldest, which the list must deselect",
          {{2, "-100", {2}}, {5, "-100", {2, 5}}, {7, "unsel2", {5, 7}}}},
         {"clicking the first again promotes the second",
@@ -54,12 +55,11 @@ TEST(ToggleRow, ClicksFormATwoSlotQueue) {
          {{2, "-100", {2}}, {5, "-100", {2, 5}}, {5, "-100", {2}}}},
         {"clicking the only track drops it", {{4, "-100", {4}}, {4, "-100", {}}}},
         {"the integrated row flips the mode and leaves the tracks",
-         {{1, "-100", {1}},
-          {kIntegratedRow, "-100", {1, kIntegratedRow}},
-          {6, "-100", {1, 6, kIntegratedRow}},
-          {kIntegratedRow, "-100", {1, 6}}}},
+         {{1, "-100", {1}}, {kIntegratedRow, "-100", {1, kIntegratedRow}},
+          {6, "-100", {1, 6, kIntegratedRow}}, {kIntegratedRow, "-100", {1, 6}}}},
         {"rows outside the list change nothing",
          {{-1, "-100", {}}, {kIntegratedRow + 1, "-100", {}}, {0, "-100", {0}}}},
+        // clang-format on
     };
     for (const Case &c : cases) {
         MySubtitle subtitle = loadClasses(folder, QString::number(&c - cases), kEightClasses);
@@ -96,25 +96,18 @@ TEST(SetOrders, RestoresRememberedOrCarriedOverChoicesElseTheDefault) {
         std::vector<qint64> expected;
     };
     const Case cases[] = {
-        {"two tracks and the integrated mode",
-         kEightClasses,
-         {key3, key1, "integrated"},
-         {3, 1, 8}},
-        {"one track followed by integrated restores the track alone",
-         kEightClasses,
-         {key5, "integrated"},
-         {5}},
-        {"carried over from another episode, matched without the base name",
-         kEightClasses,
-         MySubtitle::cofIdxsFromReOpenSubtitleIdxs({key5, key3, "integrated"}),
-         {5, 3, 8}},
+        // clang-format off
+        {"two tracks and integrated", kEightClasses, {key3, key1, "integrated"}, {3, 1, 8}},
+        {"one track followed by integrated restores the track alone", kEightClasses,
+         {key5, "integrated"}, {5}},
+        {"carried over from another episode, matched without the base name", kEightClasses,
+         MySubtitle::cofIdxsFromReOpenSubtitleIdxs({key5, key3, "integrated"}), {5, 3, 8}},
         {"a remembered key that matches no entry: the default", {"ENCC", "KRCC"}, {key3}, {1}},
         {"nothing remembered: a Korean track", {"ENCC", "JPCC", "KOCC"}, {}, {2}},
         {"nothing Korean: the first track that loaded", {"ENCC", "JPCC"}, {}, {0}},
-        {"a carried-over key that matches nothing",
-         {"ENCC", "KRCC"},
-         {carried + "x#*QZR*SPC*KEY*#srt#*QZR*SPC*KEY*#srt#*QZR*SPC*KEY*#v#*QZR*SPC*KEY*#2"},
-         {1}},
+        {"a carried-over key that matches nothing", {"ENCC", "KRCC"},
+         {carried + "x#*QZR*SPC*KEY*#srt#*QZR*SPC*KEY*#srt#*QZR*SPC*KEY*#v#*QZR*SPC*KEY*#2"}, {1}},
+        // clang-format on
     };
     int number = 0;
     for (const Case &c : cases) {
@@ -261,15 +254,14 @@ TEST(TextLayerDic, IntegratedModeJoinsTheTracksLeavingOutABlankLine) {
         QStringList groups;
     };
     const Case cases[] = {
+        // clang-format off
         {"nothing chosen", {}, 0, 1000, {}},
-        {"both lines, the first track's above",
-         {0, 1, kIntegratedRow},
-         0,
-         1000,
+        {"both lines, the first track's above", {0, 1, kIntegratedRow}, 0, 1000,
          {"fst.snd.bottom: ENCC 1000|KRCC 1000"}},
         {"the second track blank", {0, 1, kIntegratedRow}, -1000, 500, {"fst.snd.bottom: ENCC 0"}},
         {"the first track blank", {1, 0, kIntegratedRow}, -1000, 500, {"fst.snd.bottom: ENCC 0"}},
         {"one track drawn alone", {1, kIntegratedRow}, 0, 2000, {"fst.bottom: KRCC 2000"}},
+        // clang-format on
     };
     for (const Case &c : cases) {
         MySubtitle subtitle =
