@@ -145,38 +145,5 @@ TEST_F(CaptionOverlayTest, TracksAreDrawnAtTheirEdgesWithTheirColours) {
     EXPECT_GT(bottom.red, 20) << "the second track's red span joins the bottom block";
 }
 
-// The control panel over the lower part of the picture: the bottom track
-// rises above it, the top one stays, and both return when it hides.
-TEST_F(CaptionOverlayTest, BottomCaptionsRiseAboveACoveredBand) {
-    subtitle.toggleRow(subtitle.fstOrderIdx() == 0 ? 1 : 0);
-    nowMsec = 600;
-    ASSERT_TRUE(timer.tick());
-    picture.resize(960, 540);
-    test::processEventsFor(100);
-    const auto rowsWithText = [this] {
-        const QImage shown = picture.grab().toImage();
-        std::vector<int> rows;
-        for (int y = 0; y < shown.height(); ++y) {
-            const PixelCounts counts = countCaptionPixels(shown, y, y + 1);
-            if (counts.white + counts.red > 0) {
-                rows.push_back(y);
-            }
-        }
-        return rows;
-    };
-    const std::vector<int> before = rowsWithText();
-    ASSERT_FALSE(before.empty());
-    ASSERT_GT(before.back(), 540 - 100) << "the bottom track lies in the band to be covered";
-
-    overlay.setCoveredBottomHeight(100);
-    const std::vector<int> covered = rowsWithText();
-    ASSERT_FALSE(covered.empty());
-    EXPECT_LT(covered.back(), 540 - 100) << "nothing drawn under the band";
-    EXPECT_EQ(covered.front(), before.front()) << "the top track stays where it was";
-
-    overlay.setCoveredBottomHeight(0);
-    EXPECT_EQ(rowsWithText(), before);
-}
-
 }  // namespace
 }  // namespace tolvane

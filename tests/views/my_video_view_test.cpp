@@ -33,13 +33,12 @@ public:
             {BitmapLayout::Packed422From420p8, bitmap.data(), bitmap.size(), width, height},
             viewport);
     }
-    void viewDidResize() override { ++resizes; }
+    void viewDidResize() override {}
 
     bool asynchronous = true;
     int drawEvery = 3;
     int questions = 0;
     int drawn = 0;
-    int resizes = 0;
 };
 
 class VideoViewTest : public ::testing::Test {
@@ -117,14 +116,6 @@ TEST_F(VideoViewTest, OverlaysAreDrawnOverThePicture) {
     EXPECT_EQ(qGreen(colourAt(0.25, 0.25)), 255);
     overlay.hide();
     EXPECT_GT(qRed(colourAt(0.25, 0.25)), 240);
-}
-
-TEST_F(VideoViewTest, ResizeTellsTheSource) {
-    view.setPictureSource(&source);
-    const int before = source.resizes;
-    view.resize(320, 240);
-    test::processEventsFor(100);
-    EXPECT_GT(source.resizes, before);
 }
 
 }  // namespace
