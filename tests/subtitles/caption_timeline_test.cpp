@@ -8,12 +8,11 @@
 namespace tolvane::subtitles {
 namespace {
 
-using tolvane::test::SubtitleTestFolder;
+using tolvane::test::TemporaryTree;
 
 // Loads `video`'s captions; each element of `classes` becomes one SAMI class
 // of "<base>.smi" whose syncs at 0, 1000 and 2000 show "<class> 0" etc.
-MySubtitle loadClasses(SubtitleTestFolder &folder, const QString &base,
-                       const QStringList &classes) {
+MySubtitle loadClasses(TemporaryTree &folder, const QString &base, const QStringList &classes) {
     QString text = QStringLiteral("<SAMI><BODY>\n");
     for (const int start : {0, 1000, 2000}) {
         for (const QString &className : classes) {
@@ -34,7 +33,7 @@ const QStringList kEightClasses = {"C0CC", "C1CC", "C2CC", "C3CC", "C4CC", "C5CC
 std::vector<qint64> chosen(const MySubtitle &subtitle) { return subtitle.matrixSelecteds(true); }
 
 TEST(ToggleRow, ClicksFormATwoSlotQueue) {
-    SubtitleTestFolder folder;
+    TemporaryTree folder;
     constexpr qint64 kIntegratedRow = 8;
     struct Click {
         qint64 row;
@@ -83,7 +82,7 @@ TEST(ToggleRow, ClicksFormATwoSlotQueue) {
 }
 
 TEST(SetOrders, RestoresRememberedOrCarriedOverChoicesElseTheDefault) {
-    SubtitleTestFolder folder;
+    TemporaryTree folder;
     const MySubtitle reference = loadClasses(folder, "ep1", kEightClasses);
     const QString key1 = reference.fullKey(1);
     const QString key3 = reference.fullKey(3);
@@ -120,7 +119,7 @@ TEST(SetOrders, RestoresRememberedOrCarriedOverChoicesElseTheDefault) {
 }
 
 TEST(SetOrders, DefaultSkipsFailedEntriesAndFallsBackToEntryZero) {
-    SubtitleTestFolder folder;
+    TemporaryTree folder;
     folder.write("a.mkv");
     folder.write("a.smi", "no captions here");
     folder.write("a.srt", "1\n00:00:01,000 --> 00:00:02,000\nHi\n");
@@ -138,7 +137,7 @@ TEST(SetOrders, DefaultSkipsFailedEntriesAndFallsBackToEntryZero) {
 }
 
 TEST(Delays, RestoredByKeyMovedTogetherAndReportedWithTwoSentinels) {
-    SubtitleTestFolder folder;
+    TemporaryTree folder;
     MySubtitle subtitle = loadClasses(folder, "ep1", {"ENCC", "JPCC", "KRCC"});
     EXPECT_EQ(subtitle.fstDelay(), kUnsetSubtitleDelay);
     EXPECT_EQ(subtitle.sndDelay(), kNoSecondTrackDelay);
@@ -170,7 +169,7 @@ QString keyAt(const MySubtitle &subtitle, qint32 sortedIdx) {
 }
 
 TEST(IsUpdatedSortedIdx, FindsTheLineDueForwardBackwardAndWithADelay) {
-    SubtitleTestFolder folder;
+    TemporaryTree folder;
     // Keys -900000000, 0, 1000, 2000.
     const MySubtitle reference = loadClasses(folder, "t", {"KRCC"});
     struct Case {
@@ -208,7 +207,7 @@ TEST(IsUpdatedSortedIdx, FindsTheLineDueForwardBackwardAndWithADelay) {
 }
 
 TEST(IsUpdatedSortedIdx, KeysOfEqualValueForwardToTheFirstBackToTheLast) {
-    SubtitleTestFolder folder;
+    TemporaryTree folder;
     folder.write("d.mkv");
     // SAMI keeps start values as written: both keys mean 1000 ms.
     folder.write("d.smi",
@@ -244,7 +243,7 @@ QStringList groupsOf(const TextLayerDic &groups) {
 }
 
 TEST(TextLayerDic, IntegratedModeJoinsTheTracksLeavingOutABlankLine) {
-    SubtitleTestFolder folder;
+    TemporaryTree folder;
     constexpr qint64 kIntegratedRow = 2;
     struct Case {
         const char *what;

@@ -14,7 +14,7 @@ namespace tolvane {
 namespace {
 
 using test::encodeAs;
-using test::SubtitleTestFolder;
+using test::TemporaryTree;
 
 const QString kKorean = QStringLiteral(
     "<SAMI><BODY><SYNC Start=1000><P Class=KRCC>안녕하세요. 오늘은 날씨가 참 좋네요.\n"
@@ -52,7 +52,7 @@ TEST(DetectTextEncoding, FallsBackToTheLocaleWithoutText) {
 }
 
 TEST(ReadTextFile, TriesUtf8ThenTheUsersItemThenUtf16) {
-    SubtitleTestFolder folder;
+    TemporaryTree folder;
     const QString ascii = QStringLiteral("1\n00:00:01,000 --> 00:00:02,000\nPlain\n");
     constexpr int kAutomatic = kAutomaticEncodingItem;
     constexpr int kKoreanItem = 5;
@@ -119,7 +119,7 @@ TEST(ReadTextFile, TriesUtf8ThenTheUsersItemThenUtf16) {
 
 // uchardet alone misjudges texts this short; each file holds one cue.
 TEST(ReadTextFile, AutomaticReadsOneCueFilesInEachLegacyEncoding) {
-    SubtitleTestFolder folder;
+    TemporaryTree folder;
     const auto sami = [](const QString &cue) {
         return QStringLiteral("<SAMI><BODY><SYNC Start=1000><P Class=KRCC>%1\n").arg(cue);
     };
@@ -156,7 +156,7 @@ TEST(ReadTextFile, AutomaticReadsOneCueFilesInEachLegacyEncoding) {
 
 // Root reads every file, so as root this test runs itself again as "nobody".
 TEST(ReadTextFile, UnreadableFileIsRefusedForAnOrdinaryUser) {
-    SubtitleTestFolder folder;
+    TemporaryTree folder;
     const QByteArray given = qgetenv("TOLVANE_LOCKED_FILE");
     if (!given.isEmpty()) {
         EXPECT_TRUE(readFileBytes(QString::fromLocal8Bit(given)).permissionDenied);

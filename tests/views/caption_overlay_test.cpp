@@ -2,11 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <QFile>
 #include <QImage>
-#include <QTemporaryDir>
 
 #include "subtitles/text_encodings.h"
+#include "support/temporary_tree.h"
 #include "support/test_media.h"
 #include "views/caption_timer.h"
 
@@ -51,14 +50,12 @@ PixelCounts countCaptionPixels(const QImage &image, int firstRow, int endRow) {
 class CaptionOverlayTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        QFile sami(folder.filePath(QStringLiteral("clip.smi")));
-        ASSERT_TRUE(sami.open(QIODevice::WriteOnly) && sami.write(kTwoClassSami) > 0);
-        sami.close();
+        folder.write("clip.smi", kTwoClassSami);
         subtitle.sizePF = 0.06f;
         subtitle.spacingPF = 0.6f;
         subtitle.marginPF = 0.1f;
         subtitle.viewSize = QSizeF(960, 540);
-        subtitle.openSubtitleFileURL(folder.filePath(QStringLiteral("clip.mkv")),
+        subtitle.openSubtitleFileURL(folder.path("clip.mkv"),
                                      encodingItemsToTry(kAutomaticEncodingItem), false, QString());
         ASSERT_EQ(subtitle.entryCount(), 2);
         subtitle.setOrders({});
@@ -72,7 +69,7 @@ protected:
         picture.show();
     }
 
-    QTemporaryDir folder;
+    test::TemporaryTree folder;
     MySubtitle subtitle;
     QWidget picture;
     CaptionOverlay overlay{&picture};
