@@ -17,7 +17,9 @@ namespace tolvane::test {
 
 // One controller as the application runs it, with scripted alerts, a scripted
 // Native-mode player and a counting display-sleep assertion, on one 1920 x
-// 1080 screen. Settings start empty but for "AutoPlay" off.
+// 1080 screen. Settings start empty but for "AutoPlay" off. The windows it
+// asks for take the frames asked, as the views do; the frames and the
+// messages are kept for the test to read.
 class LaunchedController : public ::testing::Test {
 public:
     static constexpr QRect kScreen{0, 0, 1920, 1080};
@@ -39,6 +41,13 @@ protected:
         QObject::connect(controller.get(), &AppController::windowFrameRequested,
                          [this](WindowKind kind, const QRect &frame, bool) {
                              requestedFrames.append({kind, frame});
+                             controller->windowDidMoveOrResize(kind, frame);
+                         });
+        QObject::connect(controller.get(), &AppController::messageChanged,
+                         [this](const QString &text) {
+                             if (!text.isEmpty()) {
+                                 messages.append(text);
+                             }
                          });
         controller->awakeFromNib();
         controller->setScreens({{kScreen, kScreen}}, 0);
@@ -52,6 +61,7 @@ protected:
             controller.reset();
         }
         requestedFrames.clear();
+        messages.clear();
     }
 
     // Copies a media fixture to `name` in the tree; returns its path.
@@ -59,6 +69,23 @@ protected:
         QDir().mkpath(QFileInfo(tree.path(name)).path());
         QFile::copy(mediaPath(fixture), tree.path(name));
         return tree.path(name);
+    }
+    // Opens copies of media fixtures, made in a folder of their own so that
+    // the playlist holds them and no other video.
+    void open(const QStringList &fixtures) {
+        QList<QUrl> urls;
+        for (const QString &name : fixtures) {
+            urls.append(QUrl::fromLocalFile(copyMedia(qPrintable(name), "opened/" + name)));
+        }
+        controller->openPanelOK(urls);
+    }
+    QSize lastMainWindowSize() const {
+        for (auto frame = requestedFrames.crbegin(); frame != requestedFrames.crend(); ++frame) {
+            if (frame->first == WindowKind::show) {
+                return frame->second.size();
+            }
+        }
+        return {};
     }
     double enginePositionSec() {
         return controller->engine().currentTimeSec() - controller->engine().startTimeSec();
@@ -73,6 +100,7 @@ protected:
     CountingDisplaySleepAssertion *sleep = nullptr;
     std::unique_ptr<AppController> controller;
     QList<std::pair<WindowKind, QRect>> requestedFrames;
+    QStringList messages;
 };
 
 }  // namespace tolvane::test
