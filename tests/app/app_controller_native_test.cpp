@@ -1,17 +1,11 @@
 #include <gtest/gtest.h>
 
-#include <QFile>
 #include <QMetaEnum>
 #include <QTimer>
 #include <functional>
 
-#include "app/app_controller.h"
-#include "app/user_defaults.h"
-#include "app_test_support.h"
-#include "engine/my_ca_opengl_layer.h"
-#include "scripted_services.h"
+#include "launched_controller.h"
 #include "support/qt_printers.h"
-#include "support/test_media.h"
 
 namespace tolvane {
 namespace {
@@ -22,34 +16,14 @@ constexpr int kAnswerCancel = 1;
 // Later than the end of a run of seek presses falls due (0.1 s after the last).
 constexpr std::chrono::milliseconds kAfterSeekRunEnd{500};
 
-class NativeModeTest : public ::testing::Test {
+// Native mode chosen ("DecodingPopUpItem" 0) before the launch.
+class NativeModeTest : public test::LaunchedController {
 protected:
     void SetUp() override {
-        test::clearTolvaneSettings();
-        UserDefaults defaults(QStringLiteral("sans-serif"));
-        defaults.setValue("AutoPlay", 0);
-        defaults.setValue("DecodingPopUpItem", 0);
-        auto nativePlayer = std::make_unique<test::ScriptedNativeModePlayer>();
-        native = nativePlayer.get();
-        controller = std::make_unique<AppController>(
-            AppController::Services{&ui, std::move(nativePlayer), nullptr});
-        controller->awakeFromNib();
-        controller->applicationDidFinishLaunching();
+        LaunchedController::SetUp();
+        setSetting("DecodingPopUpItem", 0);
+        launch();
     }
-    void TearDown() override { controller->applicationWillTerminate(); }
-
-    QString copyMedia(const char *fixture, const QString &name) {
-        QFile::copy(test::mediaPath(fixture), tree.path(name));
-        return tree.path(name);
-    }
-    double enginePositionSec() {
-        return controller->engine().currentTimeSec() - controller->engine().startTimeSec();
-    }
-
-    test::TemporaryTree tree;
-    test::ScriptedUserInteraction ui;
-    test::ScriptedNativeModePlayer *native = nullptr;
-    std::unique_ptr<AppController> controller;
 };
 
 TEST_F(NativeModeTest, OnlyThePlatformPlayersExtensionsGoToItInAnyCase) {
@@ -78,6 +52,8 @@ TEST_F(NativeModeTest, OnlyThePlatformPlayersExtensionsGoToItInAnyCase) {
 
 TEST_F(NativeModeTest, EachOutcomeIsShownAndFFmpegResumesTheSameFile) {
     const QString clip = copyMedia("h264_aac.mp4", "clip.mp4");
+    constexpr PictureMode kNone = PictureMode::none;
+    constexpr PictureMode kNative = PictureMode::native;
     const struct {
         Outcome outcome;
         QStringList unsupportedAudioCodecs;
@@ -85,32 +61,23 @@ TEST_F(NativeModeTest, EachOutcomeIsShownAndFFmpegResumesTheSameFile) {
         bool offersFFmpeg;
         PictureMode afterCancel;
     } cases[] = {
-        {Outcome::loaded, {}, "", false, PictureMode::native},
-        {Outcome::loaded,
-         {"ac-3"},
-         "The audio of this file cannot be decoded.",
-         true,
-         PictureMode::native},
-        {Outcome::loadedWithoutAudibleTrack,
-         {},
-         "Native mode found no sound it can play in this file.",
-         true,
-         PictureMode::native},
-        {Outcome::failed, {}, "The file could not be opened.", true, PictureMode::none},
-        {Outcome::notPlayable, {}, "Native mode cannot play this file.", true, PictureMode::none},
-        {Outcome::protectedContent, {}, "The file could not be opened.", false, PictureMode::none},
-        {Outcome::cancelled,
-         {},
-         "The file took too long to load in Native mode.",
-         true,
-         PictureMode::none},
+        // clang-format off
+        {Outcome::loaded, {}, "", false, kNative},
+        {Outcome::loaded, {"ac-3"}, "The audio of this file cannot be decoded.", true, kNative},
+        {Outcome::loadedWithoutAudibleTrack, {},
+         "Native mode found no sound it can play in this file.", true, kNative},
+        {Outcome::failed, {}, "The file could not be opened.", true, kNone},
+        {Outcome::notPlayable, {}, "Native mode cannot play this file.", true, kNone},
+        {Outcome::protectedContent, {}, "The file could not be opened.", false, kNone},
+        {Outcome::cancelled, {}, "The file took too long to load in Native mode.", true, kNone},
+        // clang-format on
     };
     for (const auto &c : cases) {
         for (const int answer : {kAnswerCancel, kAnswerFFmpeg}) {
             const std::string what =
                 std::string(QMetaEnum::fromType<Outcome>().valueToKey(int(c.outcome))) +
                 (answer == kAnswerFFmpeg ? " / FFmpeg" : " / CANCEL");
-            UserDefaults(QStringLiteral("sans-serif")).setValue("DecodingPopUpItem", 0);
+            setSetting("DecodingPopUpItem", 0);
             ui.shown.clear();
             ui.answers = {answer};
             controller->openFile(clip);
@@ -135,7 +102,7 @@ TEST_F(NativeModeTest, EachOutcomeIsShownAndFFmpegResumesTheSameFile) {
 }
 
 TEST_F(NativeModeTest, SwitchingTheModeWhilePlayingResumesTheSameSecond) {
-    UserDefaults(QStringLiteral("sans-serif")).setValue("DecodingPopUpItem", 1);
+    setSetting("DecodingPopUpItem", 1);
     controller->openFile(copyMedia("h264_aac_8s.mkv", "film.mp4"));
     ASSERT_EQ(controller->pictureMode(), PictureMode::ffmpeg);
     controller->engine().setCurrentTimeSec(4.0, true);
@@ -160,7 +127,8 @@ TEST_F(NativeModeTest, SwitchingTheModeWhilePlayingResumesTheSameSecond) {
 // Every transport control reaches the platform player while a file plays in
 // Native mode: what it was asked, from a 20-minute episode at 600 s.
 TEST_F(NativeModeTest, TransportControlsDriveTheNativePlayer) {
-    using Press = std::function<void(AppController &)>;
+    using C = AppController;
+    using Press = std::function<void(C &)>;
     const QString clip = copyMedia("h264_aac.mp4", "clip.mp4");
     const struct {
         const char *what;
@@ -172,58 +140,24 @@ TEST_F(NativeModeTest, TransportControlsDriveTheNativePlayer) {
         std::vector<double> rates;
         std::vector<float> volumes;
     } cases[] = {
-        {"play", 600, 0, &AppController::clickPlayPauseButton, false, {}, {1}, {}},
-        {"pause", 600, 1, &AppController::clickPlayPauseButton, false, {}, {0}, {}},
-        {"play at the end starts again",
-         1199.9,
-         0,
-         &AppController::clickPlayPauseButton,
-         false,
-         {0},
-         {1},
-         {}},
-        {"forward while playing",
-         600,
-         1,
-         &AppController::clickForwardMenu,
-         true,
-         {603},
-         {0, 1},
-         {}},
-        {"backward while paused", 600, 0, &AppController::clickBackwardMenu, true, {597}, {0}, {}},
-        {"skip forward", 600, 1, &AppController::clickSkipForwardMenu, true, {665}, {0, 1}, {}},
-        {"two presses, one resume",
-         600,
-         1,
-         [](AppController &c) {
-             c.clickForwardMenu();
-             c.clickForwardMenu();
-         },
-         true,
-         {603, 606},
-         {0, 1},
-         {}},
-        {"time slider past the end",
-         600,
-         1,
-         [](AppController &c) { c.clickTimeSlider(5000); },
-         true,
-         {1200},
-         {0, 1},
-         {}},
-        {"volume up", 600, 1, &AppController::clickVolumeUpMenu, false, {}, {}, {1.1f}},
-        {"volume slider",
-         600,
-         1,
-         [](AppController &c) { c.clickVolumeSlider(3.33); },
-         false,
-         {},
-         {},
-         {3.3f}},
-        {"mute", 600, 1, &AppController::clickMuteButton, false, {}, {}, {0.0f}},
+        // clang-format off
+        {"play", 600, 0, &C::clickPlayPauseButton, false, {}, {1}, {}},
+        {"pause", 600, 1, &C::clickPlayPauseButton, false, {}, {0}, {}},
+        {"play at the end starts again", 1199.9, 0, &C::clickPlayPauseButton, false, {0}, {1}, {}},
+        {"forward while playing", 600, 1, &C::clickForwardMenu, true, {603}, {0, 1}, {}},
+        {"backward while paused", 600, 0, &C::clickBackwardMenu, true, {597}, {0}, {}},
+        {"skip forward", 600, 1, &C::clickSkipForwardMenu, true, {665}, {0, 1}, {}},
+        {"two presses, one resume", 600, 1,
+         [](C &c) { c.clickForwardMenu(); c.clickForwardMenu(); }, true, {603, 606}, {0, 1}, {}},
+        {"time slider past the end", 600, 1, [](C &c) { c.clickTimeSlider(5000); }, true, {1200},
+         {0, 1}, {}},
+        {"volume up", 600, 1, &C::clickVolumeUpMenu, false, {}, {}, {1.1f}},
+        {"volume slider", 600, 1, [](C &c) { c.clickVolumeSlider(3.33); }, false, {}, {}, {3.3f}},
+        {"mute", 600, 1, &C::clickMuteButton, false, {}, {}, {0.0f}},
+        // clang-format on
     };
     for (const auto &c : cases) {
-        UserDefaults(QStringLiteral("sans-serif")).setValue("Volume", 1.0);
+        setSetting("Volume", 1.0);
         controller->openFile(clip);
         native->finishLoading(Outcome::loaded);
         ASSERT_EQ(controller->pictureMode(), PictureMode::native) << c.what;

@@ -13,76 +13,23 @@
 #include "app/played_state_records.h"
 #include "app/user_defaults.h"
 #include "app/window_frame_strings.h"
-#include "app_test_support.h"
-#include "engine/my_ca_opengl_layer.h"
-#include "scripted_services.h"
+#include "launched_controller.h"
 #include "support/qt_printers.h"
-#include "support/test_media.h"
 
 namespace tolvane {
 namespace {
 
-constexpr QRect kScreen{0, 0, 1920, 1080};
-
-// One controller as the application runs it, with scripted alerts, a scripted
-// Native-mode player and a counting display-sleep assertion.
-class ControllerTest : public ::testing::Test {
-protected:
-    void SetUp() override { test::clearTolvaneSettings(); }
-    void TearDown() override {
-        if (controller) {
-            controller->applicationWillTerminate();
-        }
-    }
-
-    AppController &launch() {
-        auto displaySleep = std::make_unique<test::CountingDisplaySleepAssertion>();
-        sleep = displaySleep.get();
-        controller = std::make_unique<AppController>(AppController::Services{
-            &ui, std::make_unique<test::ScriptedNativeModePlayer>(), std::move(displaySleep)});
-        QObject::connect(controller.get(), &AppController::windowFrameRequested,
-                         [this](WindowKind kind, const QRect &frame, bool) {
-                             requestedFrames.append({kind, frame});
-                         });
-        controller->awakeFromNib();
-        controller->setScreens({{kScreen, kScreen}}, 0);
-        controller->applicationDidFinishLaunching();
-        QCoreApplication::processEvents();
-        return *controller;
-    }
-
-    QUrl copyMedia(const char *fixture, const QString &name) {
-        QDir().mkpath(QFileInfo(tree.path(name)).path());
-        QFile::copy(test::mediaPath(fixture), tree.path(name));
-        return tree.url(name);
-    }
-    double enginePositionSec() {
-        return controller->engine().currentTimeSec() - controller->engine().startTimeSec();
-    }
-    static void setSetting(const char *key, const QVariant &value) {
-        UserDefaults(QStringLiteral("sans-serif")).setValue(QLatin1String(key), value);
-    }
-    static QVariant storedSetting(const char *key) {
-        return openTolvaneSettings()->value(QLatin1String(key));
-    }
-
-    test::TemporaryTree tree;
-    test::ScriptedUserInteraction ui;
-    test::CountingDisplaySleepAssertion *sleep = nullptr;
-    std::unique_ptr<AppController> controller;
-    QList<std::pair<WindowKind, QRect>> requestedFrames;
-};
+using ControllerTest = test::LaunchedController;
+constexpr QRect kScreen = ControllerTest::kScreen;
 
 TEST_F(ControllerTest, ARestartReopensTheRecentFolderWhereItStoppedAndOffersNewEpisodes) {
-    setSetting("AutoPlay", 0);
     copyMedia("h264_aac_8s.mkv", "show/Show 01.mkv");
     copyMedia("h264_aac_8s.mkv", "show/Show 02.mkv");
     AppController &first = launch();
     first.openPanelOK({tree.url("show")});
     first.doubleClickedAtTableView(1);
     first.engine().setCurrentTimeSec(5.0, true);
-    first.applicationWillTerminate();
-    controller.reset();
+    quit();
 
     copyMedia("h264_aac_8s.mkv", "show/Show 03.mkv");
     AppController &again = launch();
@@ -150,12 +97,12 @@ TEST_F(ControllerTest, MissingOrUnreadableSettingsStartFromTheDefaults) {
         EXPECT_EQ(requestedFrames.first().second.size(), QSize(960, 540)) << c.name;
         EXPECT_TRUE(kScreen.contains(requestedFrames.first().second)) << c.name;
         EXPECT_TRUE(ui.shown.isEmpty()) << c.name;
-        app.applicationWillTerminate();
-        EXPECT_EQ(windowFrameFromString(storedSetting("MainWindowFrameMono2").toString()),
-                  requestedFrames.first().second)
+        const QRect opened = requestedFrames.first().second;
+        quit();
+        EXPECT_EQ(
+            windowFrameFromString(openTolvaneSettings()->value("MainWindowFrameMono2").toString()),
+            opened)
             << c.name;
-        controller.reset();
-        requestedFrames.clear();
         test::clearTolvaneSettings();
     }
 }
@@ -179,7 +126,6 @@ TEST(OpenResultMessage, MapsListedCodesAndShowsTheRestAsTheyCame) {
 }
 
 TEST_F(ControllerTest, AFileThatCannotBeOpenedLeavesTheRestOfThePlaylistPlayable) {
-    setSetting("AutoPlay", 0);
     tree.touch("show/Show 01.mkv", "not a video at all");
     copyMedia("h264_aac.mkv", "show/Show 02.mkv");
     AppController &c = launch();
@@ -212,8 +158,7 @@ TEST_F(ControllerTest, ARecentVideoOnAReadOnlyDiskIsNamedWhenItIsGoneAtReopen) {
     for (const auto &c : cases) {
         const QString folder =
             tree.path(QStringLiteral("disc%1%2").arg(c.isReadOnly).arg(c.isGoneAtReopen));
-        const QString film =
-            copyMedia("h264_aac.mkv", QFileInfo(folder).fileName() + "/film.mkv").toLocalFile();
+        const QString film = copyMedia("h264_aac.mkv", QFileInfo(folder).fileName() + "/film.mkv");
         const auto setFolderWritable = [&](bool isWritable) {
             QFile::setPermissions(folder,
                                   QFile::ReadOwner | QFile::ExeOwner |
@@ -223,10 +168,8 @@ TEST_F(ControllerTest, ARecentVideoOnAReadOnlyDiskIsNamedWhenItIsGoneAtReopen) {
         if (c.isReadOnly && access(QFile::encodeName(folder).constData(), W_OK) == 0) {
             GTEST_SKIP() << "a folder without write permission stays writable for this user";
         }
-        setSetting("AutoPlay", 0);
         launch().openFile(film);
-        controller->applicationWillTerminate();
-        controller.reset();
+        quit();
         if (c.isGoneAtReopen) {
             setFolderWritable(true);
             ASSERT_TRUE(QFile::remove(film));
@@ -244,15 +187,13 @@ TEST_F(ControllerTest, ARecentVideoOnAReadOnlyDiskIsNamedWhenItIsGoneAtReopen) {
             EXPECT_TRUE(ui.shown.isEmpty()) << what;
         }
         EXPECT_EQ(controller->playlist().playList.size(), c.isGoneAtReopen ? 0 : 1) << what;
-        controller->applicationWillTerminate();
-        controller.reset();
+        quit();
         setFolderWritable(true);
     }
 }
 
 // The rows come at once; a file's duration, read on a worker, follows.
 TEST_F(ControllerTest, PlaylistRowsNeverWaitForTheDurationsOfTheirFiles) {
-    setSetting("AutoPlay", 0);
     copyMedia("h264_aac_8s.mkv", "show/Show 01.mkv");
     copyMedia("h264_aac_8s.mkv", "show/Show 02.mkv");
     AppController &c = launch();
@@ -274,8 +215,7 @@ TEST_F(ControllerTest, PlaylistRowsNeverWaitForTheDurationsOfTheirFiles) {
 // The rule itself is item_move_bookkeeping_test's; here opening a file with a
 // stored position puts the engine there.
 TEST_F(ControllerTest, OpeningAFileResumesThreeSecondsBeforeItsStoredPosition) {
-    setSetting("AutoPlay", 0);
-    const QString video = copyMedia("h264_aac_8s.mkv", "film.mkv").toLocalFile();
+    const QString video = copyMedia("h264_aac_8s.mkv", "film.mkv");
     TotalFdFlsData total;
     FileEntry entry;
     entry.fsize = quint64(QFileInfo(video).size());
@@ -295,7 +235,6 @@ class CarryOverTest : public ControllerTest {
 protected:
     void SetUp() override {
         ControllerTest::SetUp();
-        setSetting("AutoPlay", 0);
         for (const char *episode : {"Show 01", "Show 02"}) {
             const QString base = QStringLiteral("show/") + QLatin1String(episode);
             copyMedia("three_audio.mkv", base + ".mkv");
@@ -343,10 +282,8 @@ TEST_F(CarryOverTest, ChoicesFollowToTheNextEpisodeButNeverBack) {
         EXPECT_EQ(c.playlist().indexPlay, row.movedToRow);
         EXPECT_EQ(c.engine().audioStreamIndex(), row.audioStream) << row.openedRow;
         EXPECT_EQ(chosenCaptionTypes(), row.captions) << row.openedRow;
-        c.applicationWillTerminate();
-        controller.reset();
-        test::clearTolvaneSettings();
-        setSetting("AutoPlay", 0);
+        quit();
+        SetUp();
     }
 }
 
@@ -374,6 +311,7 @@ TEST_F(CarryOverTest, SubtitlesOpenedAloneAreReadAgainWithoutReloadingTheVideo) 
 TEST_F(ControllerTest, AWatchedEpisodeMovesOnCanBeResetAndGoesToTheTrash) {
     // The trash on the same disk as the episodes.
     qputenv("XDG_DATA_HOME", QFile::encodeName(tree.makeFolder("data").toLocalFile()));
+    setSetting("AutoPlay", 1);
     copyMedia("h264_aac.mkv", "show/Show 01.mkv");
     copyMedia("h264_aac.mkv", "show/Show 02.mkv");
     AppController &c = launch();
@@ -409,9 +347,8 @@ TEST_F(ControllerTest, AWatchedEpisodeMovesOnCanBeResetAndGoesToTheTrash) {
 }
 
 TEST_F(ControllerTest, TheDisplayStaysAwakeWhilePlayingCheckedEveryFiftiethTick) {
-    setSetting("AutoPlay", 0);
     AppController &c = launch();
-    c.openFile(copyMedia("h264_aac_8s.mkv", "film.mkv").toLocalFile());
+    c.openFile(copyMedia("h264_aac_8s.mkv", "film.mkv"));
     const auto tick = [&](int count) {
         for (int i = 0; i < count; ++i) {
             c.updateDataAboutMovieForFF();

@@ -2,117 +2,103 @@
 
 #include <QFileInfo>
 
-#include "app/user_defaults.h"
-#include "controller_harness.h"
-#include "engine/my_ca_opengl_layer.h"
+#include "launched_controller.h"
 #include "support/qt_printers.h"
 
 namespace tolvane {
 namespace {
 
-class ControllerTransport : public ::testing::Test {
+// The controller driven without a window: transport, sizing, previous/next.
+class ControllerTransport : public test::LaunchedController {
 protected:
     void SetUp() override {
-        harness.open({"long_h264_aac.mkv"});
-        ASSERT_EQ(controller().pictureMode(), PictureMode::ffmpeg);
-        QObject::connect(&controller(), &AppController::seeked,
+        LaunchedController::SetUp();
+        setSetting("AutoPlay", 1);  // an opened file plays at once
+        launch();
+        QObject::connect(controller.get(), &AppController::seeked,
                          [this](double sec) { seekTargets.append(sec); });
     }
-    AppController &controller() { return *harness.controller; }
-    MyCAOpenGLLayer &engine() { return controller().engine(); }
-    double position() { return controller().transportState().positionSec; }
+    MyCAOpenGLLayer &engine() { return controller->engine(); }
+    double position() { return controller->transportState().positionSec; }
 
-    test::ControllerHarness harness{QRect(0, 0, 1280, 800)};
     QList<double> seekTargets;
 };
 
 TEST_F(ControllerTransport, HoldingForwardPausesOnceAndResumesAtTheOldRate) {
+    open({"long_h264_aac.mkv"});
     ASSERT_EQ(engine().rate(), 1.0) << "playing from the open";
     for (int press = 1; press <= 3; ++press) {
         const double before = position();
-        controller().clickForwardMenu();
+        controller->clickForwardMenu();
         EXPECT_EQ(engine().rate(), 0.0) << press;
         EXPECT_DOUBLE_EQ(seekTargets.last(), before + 3.0) << press;
-        EXPECT_EQ(harness.messages.last(), AppController::representHMSfromSEC(before + 3.0));
+        EXPECT_EQ(messages.last(), AppController::representHMSfromSEC(before + 3.0));
     }
-    controller().restorePlayRate();
-    controller().restorePlayRate();
+    controller->restorePlayRate();
+    controller->restorePlayRate();
     EXPECT_EQ(engine().rate(), 0.0) << "a press is still pending";
-    controller().restorePlayRate();
+    controller->restorePlayRate();
     EXPECT_EQ(engine().rate(), 1.0);
 }
 
-TEST(ControllerTransportAtTheEnd, PlayAtTheEndStartsAgainFromTheBeginning) {
-    test::ControllerHarness harness(QRect(0, 0, 1280, 800));
-    AppController &controller = *harness.controller;
-    harness.open({"h264_aac.mkv"});
-    ASSERT_TRUE(controller.transportState().isPlaying);
+TEST_F(ControllerTransport, PlayAtTheEndStartsAgainFromTheBeginning) {
+    open({"h264_aac.mkv"});
+    ASSERT_TRUE(controller->transportState().isPlaying);
     // The movie timer notices the end while the event loop runs.
-    ASSERT_TRUE(test::processEventsUntil([&controller] {
-        return !controller.transportState().isPlaying;
+    ASSERT_TRUE(test::processEventsUntil([this] {
+        return !controller->transportState().isPlaying;
     })) << "the 2 s file never ended";
-    QList<double> seekTargets;
-    QObject::connect(&controller, &AppController::seeked,
-                     [&seekTargets](double sec) { seekTargets.append(sec); });
-    controller.clickPlayPauseButton();
-    EXPECT_TRUE(controller.transportState().isPlaying);
+    seekTargets.clear();
+    controller->clickPlayPauseButton();
+    EXPECT_TRUE(controller->transportState().isPlaying);
     EXPECT_EQ(seekTargets, QList<double>({0.0}));
-    EXPECT_LT(controller.transportState().positionSec, 0.5);
+    EXPECT_LT(position(), 0.5);
 }
 
 // The rounding and the limits are the rules' (transport_rules_test); here
 // the level reaches the engine and the stored "Volume" outlives a mute.
 TEST_F(ControllerTransport, VolumeReachesTheEngineAndMuteKeepsTheStoredLevel) {
+    open({"long_h264_aac.mkv"});
     UserDefaults defaults;
-    controller().clickVolumeSlider(4.87);
+    controller->clickVolumeSlider(4.87);
     EXPECT_EQ(defaults.value("Volume").toDouble(), 4.9);
     EXPECT_FLOAT_EQ(engine().volume(), 4.9f);
 
-    controller().clickMuteButton();
-    EXPECT_EQ(controller().transportState().volume, 0.0);
+    controller->clickMuteButton();
+    EXPECT_EQ(controller->transportState().volume, 0.0);
     EXPECT_EQ(engine().volume(), 0.0f);
     EXPECT_EQ(defaults.value("Volume").toDouble(), 4.9) << "mute leaves the stored level";
-    controller().clickMuteButton();
+    controller->clickMuteButton();
     EXPECT_FLOAT_EQ(engine().volume(), 4.9f);
 }
 
-// The file is 320 x 240: the window opens at the 640 minimum, at its ratio.
-TEST(ControllerSizing, OpeningSizesTheWindowToTheFile) {
-    test::ControllerHarness harness(QRect(0, 0, 1280, 800));
-    harness.open({"h264_aac.mkv"});
-    ASSERT_FALSE(harness.requestedFrames.isEmpty());
-    EXPECT_EQ(harness.requestedFrames.last().size(), QSize(640, 480));
-}
+// The sizes are window_sizing_test's; here the commands reach the window,
+// from the opening at the 640 minimum.
+TEST_F(ControllerTransport, RatioAndSizeCommandsOnA16x9Screen) {
+    open({"h264_640x360.mkv"});
+    ASSERT_EQ(lastMainWindowSize(), QSize(640, 360));
 
-TEST(ControllerSizing, RatioAndSizeCommandsOnA16x9Screen) {
-    test::ControllerHarness harness(QRect(0, 0, 1920, 1080));
-    AppController &controller = *harness.controller;
-    harness.open({"h264_640x360.mkv"});
-    ASSERT_EQ(harness.requestedFrames.last().size(), QSize(640, 360));
-
-    controller.clickAspectRatioMenu(QStringLiteral("2.35:1"));
-    EXPECT_EQ(harness.requestedFrames.last().size(), QSize(640, 272));
+    controller->clickAspectRatioMenu(QStringLiteral("2.35:1"));
+    EXPECT_EQ(lastMainWindowSize(), QSize(640, 272));
     EXPECT_EQ(UserDefaults().value("AspectRatio").toString(), QStringLiteral("2.35:1"));
-    controller.clickIncreaseSizeMenu();
-    EXPECT_EQ(harness.requestedFrames.last().size(), QSize(800, 340)) << "160 wider";
-    controller.clickDecreaseSizeMenu();
-    controller.clickDecreaseSizeMenu();
-    EXPECT_EQ(harness.requestedFrames.last().size(), QSize(640, 272));
-    const qsizetype requests = harness.requestedFrames.size();
-    controller.clickDecreaseSizeMenu();
-    EXPECT_EQ(harness.requestedFrames.size(), requests) << "at 640 a decrease does nothing";
+    controller->clickIncreaseSizeMenu();
+    EXPECT_EQ(lastMainWindowSize(), QSize(800, 340)) << "160 wider";
+    controller->clickDecreaseSizeMenu();
+    controller->clickDecreaseSizeMenu();
+    EXPECT_EQ(lastMainWindowSize(), QSize(640, 272));
+    const qsizetype requests = requestedFrames.size();
+    controller->clickDecreaseSizeMenu();
+    EXPECT_EQ(requestedFrames.size(), requests) << "at 640 a decrease does nothing";
 
-    controller.clickAspectRatioMenu(QStringLiteral("SAR"));
-    EXPECT_EQ(harness.requestedFrames.last().size(), QSize(640, 360));
+    controller->clickAspectRatioMenu(QStringLiteral("SAR"));
+    EXPECT_EQ(lastMainWindowSize(), QSize(640, 360));
 }
 
-TEST(ControllerPlaylist, NextAndPreviousMoveThroughThePlaylist) {
-    test::ControllerHarness harness(QRect(0, 0, 1280, 800));
-    AppController &controller = *harness.controller;
+TEST_F(ControllerTransport, NextAndPreviousMoveThroughThePlaylist) {
     // In numeric order "h264_640x360" comes first, and the first is current.
-    harness.open({"h264_aac.mkv", "h264_640x360.mkv"});
-    const auto currentName = [&controller] {
-        return QFileInfo(controller.playlist().reOpen.reOpenURL.toLocalFile()).fileName();
+    open({"h264_aac.mkv", "h264_640x360.mkv"});
+    const auto currentName = [this] {
+        return QFileInfo(controller->playlist().reOpen.reOpenURL.toLocalFile()).fileName();
     };
     ASSERT_EQ(currentName(), QStringLiteral("h264_640x360.mkv"));
     const struct {
@@ -126,24 +112,22 @@ TEST(ControllerPlaylist, NextAndPreviousMoveThroughThePlaylist) {
         {&AppController::clickPrevFileButton, "h264_640x360.mkv", false, true},
     };
     for (const auto &step : steps) {
-        (controller.*step.press)();
+        (controller.get()->*step.press)();
         EXPECT_EQ(currentName(), QString::fromLatin1(step.current));
-        EXPECT_EQ(controller.hasPlaylistItemInDirection(-1), step.hasPrevious) << step.current;
-        EXPECT_EQ(controller.hasPlaylistItemInDirection(+1), step.hasNext) << step.current;
+        EXPECT_EQ(controller->hasPlaylistItemInDirection(-1), step.hasPrevious) << step.current;
+        EXPECT_EQ(controller->hasPlaylistItemInDirection(+1), step.hasNext) << step.current;
     }
 }
 
-TEST(ControllerPlaylist, APendingSeekEndLeavesTheNextFileAlone) {
-    test::ControllerHarness harness(QRect(0, 0, 1280, 800));
-    AppController &controller = *harness.controller;
-    harness.open({"h264_aac.mkv", "h264_640x360.mkv"});
-    ASSERT_EQ(controller.engine().rate(), 1.0);
-    controller.clickForwardMenu();  // its end is still pending
-    controller.clickNextFileButton();
-    controller.clickPlayPauseButton();  // the user pauses the new file
-    ASSERT_EQ(controller.engine().rate(), 0.0);
-    controller.restorePlayRate();
-    EXPECT_EQ(controller.engine().rate(), 0.0) << "the old file's rate came back";
+TEST_F(ControllerTransport, APendingSeekEndLeavesTheNextFileAlone) {
+    open({"h264_aac.mkv", "h264_640x360.mkv"});
+    ASSERT_EQ(engine().rate(), 1.0);
+    controller->clickForwardMenu();  // its end is still pending
+    controller->clickNextFileButton();
+    controller->clickPlayPauseButton();  // the user pauses the new file
+    ASSERT_EQ(engine().rate(), 0.0);
+    controller->restorePlayRate();
+    EXPECT_EQ(engine().rate(), 0.0) << "the old file's rate came back";
 }
 
 }  // namespace

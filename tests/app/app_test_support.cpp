@@ -1,12 +1,8 @@
 #include "app_test_support.h"
 
-#include <QCoreApplication>
-#include <QDeadlineTimer>
-#include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QSettings>
-#include <QThread>
+#include <QTemporaryDir>
 #include <memory>
 
 #include "app/user_defaults.h"
@@ -38,38 +34,6 @@ void clearTolvaneSettings() {
     const auto settings = openTolvaneSettings();
     settings->clear();
     settings->sync();
-}
-
-bool processEventsUntil(const std::function<bool()> &condition, int timeoutMs) {
-    QDeadlineTimer deadline(timeoutMs);
-    while (!condition()) {
-        if (deadline.hasExpired()) {
-            return false;
-        }
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-        QThread::msleep(5);
-    }
-    return true;
-}
-
-QString TemporaryTree::path(const QString &relativePath) const {
-    return relativePath.isEmpty() ? QFileInfo(folder.path()).canonicalFilePath()
-                                  : path() + QLatin1Char('/') + relativePath;
-}
-
-QUrl TemporaryTree::touch(const QString &relativePath, const QByteArray &contents) const {
-    const QString filePath = path(relativePath);
-    QDir().mkpath(QFileInfo(filePath).path());
-    QFile file(filePath);
-    if (file.open(QIODevice::WriteOnly)) {
-        file.write(contents);
-    }
-    return url(relativePath);
-}
-
-QUrl TemporaryTree::makeFolder(const QString &relativePath) const {
-    QDir().mkpath(path(relativePath));
-    return url(relativePath);
 }
 
 }  // namespace tolvane::test

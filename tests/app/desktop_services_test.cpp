@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <csignal>
@@ -13,9 +12,6 @@
 
 namespace tolvane {
 namespace {
-
-// A bound against hangs, never a measure of speed.
-constexpr int kEventBoundMs = 60000;
 
 // These run on a private session bus (dbus-run-session), where no screen
 // saver answers until the test registers one.
@@ -71,12 +67,7 @@ TEST(SingleInstance, ASecondStartHandsItsPathsToTheRunningOne) {
     EXPECT_FALSE(another.registerAsRunningInstance()) << "the name is taken";
 
     EXPECT_TRUE(SingleInstance::handOverToRunningInstance({"/videos/a.mkv", "/videos/b 2.mkv"}));
-    test::waitUntil(
-        [&] {
-            QCoreApplication::processEvents();
-            return !received.isEmpty();
-        },
-        kEventBoundMs);
+    test::processEventsUntil([&] { return !received.isEmpty(); });
     EXPECT_EQ(received, QStringList({"/videos/a.mkv", "/videos/b 2.mkv"}));
 }
 
@@ -87,13 +78,7 @@ TEST(TerminationSignals, EachSignalBecomesOneRequestOnTheMainThread) {
     for (const int signalNumber : {SIGTERM, SIGINT, SIGHUP}) {
         const int before = requests;
         std::raise(signalNumber);
-        EXPECT_TRUE(test::waitUntil(
-            [&] {
-                QCoreApplication::processEvents();
-                return requests > before;
-            },
-            kEventBoundMs))
-            << signalNumber;
+        EXPECT_TRUE(test::processEventsUntil([&] { return requests > before; })) << signalNumber;
     }
     EXPECT_EQ(requests, 3);
 }

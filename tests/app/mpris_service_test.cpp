@@ -5,8 +5,8 @@
 #include <QFileInfo>
 #include <QProcess>
 
-#include "controller_harness.h"
 #include "engine/my_ca_opengl_layer.h"
+#include "launched_controller.h"
 #include "support/qt_printers.h"
 #include "support/test_media.h"
 
@@ -16,14 +16,21 @@ namespace {
 // playerctl, a real MPRIS client, against a controller driven without a
 // window; the test runs on a private session bus (dbus-run-session). The
 // event loop keeps turning while a client runs, since this process answers it.
-class MprisWithPlayerctl : public ::testing::Test {
+class MprisWithPlayerctl : public test::LaunchedController {
 protected:
     void SetUp() override {
-        ASSERT_TRUE(mpris.registerOnSessionBus()) << "no session bus: run under dbus-run-session";
-        harness.open({"h264_aac.mkv", "h264_640x360.mkv", "long_h264_aac.mkv"});
-        ASSERT_EQ(controller().pictureMode(), PictureMode::ffmpeg);
+        LaunchedController::SetUp();
+        setSetting("AutoPlay", 1);  // an opened file plays at once
+        launch();
+        mpris = std::make_unique<MprisService>(*controller);
+        ASSERT_TRUE(mpris->registerOnSessionBus()) << "no session bus: run under dbus-run-session";
+        open({"h264_aac.mkv", "h264_640x360.mkv", "long_h264_aac.mkv"});
+        ASSERT_EQ(controller->pictureMode(), PictureMode::ffmpeg);
     }
-    AppController &controller() { return *harness.controller; }
+    void TearDown() override {
+        mpris.reset();
+        LaunchedController::TearDown();
+    }
 
     QString playerctl(const QStringList &arguments) {
         QProcess client;
@@ -38,19 +45,18 @@ protected:
         return playerctl({QStringLiteral("metadata"), QStringLiteral("xesam:title")});
     }
 
-    test::ControllerHarness harness{QRect(0, 0, 1280, 800)};
-    MprisService mpris{*harness.controller};
+    std::unique_ptr<MprisService> mpris;
 };
 
 TEST_F(MprisWithPlayerctl, MetadataOfTheCurrentFile) {
-    const Playlist &playlist = controller().playlist();
+    const Playlist &playlist = controller->playlist();
     const QUrl current = playlist.reOpen.reOpenURL;
     EXPECT_EQ(title(), QFileInfo(current.toLocalFile()).fileName());
     EXPECT_EQ(playerctl({"metadata", "xesam:url"}), current.toString());
     EXPECT_EQ(playerctl({"metadata", "mpris:trackid"}),  // playerctl quotes paths
               QStringLiteral("'/org/tolvane/Tolvane/Track/%1'").arg(playlist.indexPlay));
     const qlonglong lengthUsec = playerctl({"metadata", "mpris:length"}).toLongLong();
-    EXPECT_NEAR(lengthUsec / 1e6, controller().engine().fileDurationSec(), 1e-3);
+    EXPECT_NEAR(lengthUsec / 1e6, controller->engine().fileDurationSec(), 1e-3);
 }
 
 TEST_F(MprisWithPlayerctl, PlayPauseStopAndTheirStatus) {
@@ -67,15 +73,15 @@ TEST_F(MprisWithPlayerctl, PlayPauseStopAndTheirStatus) {
     for (const auto &step : steps) {
         playerctl({QString::fromLatin1(step.command)});
         EXPECT_EQ(playerctl({"status"}), QString::fromLatin1(step.status)) << step.command;
-        EXPECT_EQ(controller().transportState().isPlaying, step.isPlaying) << step.command;
+        EXPECT_EQ(controller->transportState().isPlaying, step.isPlaying) << step.command;
     }
 }
 
-// The volume is the running player's test (app_mpris_playerctl_test); here
+// The volume is the running player's test (app_launch_test); here
 // the steps to either end and the refusals.
 TEST_F(MprisWithPlayerctl, NextPreviousAndOpen) {
     // In numeric order: h264_640x360, h264_aac, long_h264_aac.
-    harness.controller->doubleClickedAtTableView(1);
+    controller->doubleClickedAtTableView(1);
     ASSERT_EQ(title(), QStringLiteral("h264_aac.mkv"));
     playerctl({"next"});
     EXPECT_EQ(title(), QStringLiteral("long_h264_aac.mkv"));
@@ -85,16 +91,17 @@ TEST_F(MprisWithPlayerctl, NextPreviousAndOpen) {
     playerctl({"previous"});
     EXPECT_EQ(title(), QStringLiteral("h264_640x360.mkv"));
 
-    playerctl({"open", QUrl::fromLocalFile(harness.copiedPath("h264_aac_8s.mkv")).toString()});
+    playerctl(
+        {"open", QUrl::fromLocalFile(copyMedia("h264_aac_8s.mkv", "h264_aac_8s.mkv")).toString()});
     EXPECT_EQ(title(), QStringLiteral("h264_aac_8s.mkv"));
     playerctl({"open", "https://example.org/video.mkv"});  // not a file: nothing happens
     EXPECT_EQ(title(), QStringLiteral("h264_aac_8s.mkv"));
 }
 
 TEST_F(MprisWithPlayerctl, PositionMovesAndIsSet) {
-    harness.open({"long_h264_aac.mkv"});
+    open({"long_h264_aac.mkv"});
     QList<double> seekTargets;
-    QObject::connect(&controller(), &AppController::seeked,
+    QObject::connect(controller.get(), &AppController::seeked,
                      [&seekTargets](double sec) { seekTargets.append(sec); });
     const double before = playerctl({"position"}).toDouble();
     ASSERT_TRUE(test::processEventsUntil([this, before] {
@@ -104,8 +111,8 @@ TEST_F(MprisWithPlayerctl, PositionMovesAndIsSet) {
     playerctl({"position", "4"});  // SetPosition on the current track
     ASSERT_FALSE(seekTargets.isEmpty());
     EXPECT_DOUBLE_EQ(seekTargets.last(), 4.0);
-    controller().restorePlayRate();
-    const double position = controller().transportState().positionSec;
+    controller->restorePlayRate();
+    const double position = controller->transportState().positionSec;
     playerctl({"position", "2+"});  // Seek by an offset
     EXPECT_NEAR(seekTargets.last(), position + 2.0, 0.2);
     playerctl({"position", "1000"});  // past the end: ignored
@@ -127,7 +134,7 @@ TEST_F(MprisWithPlayerctl, PropertiesChangedFollowsTheControls) {
     };
     EXPECT_TRUE(waitForLine(QStringLiteral("Playing"))) << seen.toStdString();
     seen.clear();
-    controller().clickPlayPauseButton();  // the window's button, not MPRIS
+    controller->clickPlayPauseButton();  // the window's button, not MPRIS
     EXPECT_TRUE(waitForLine(QStringLiteral("Paused"))) << seen.toStdString();
     follower.kill();
     follower.waitForFinished();

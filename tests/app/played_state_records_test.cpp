@@ -22,8 +22,6 @@ QVariantMap storedRecord(const char *key) {
     return QCborValue::fromCbor(data).toVariant().toMap();
 }
 
-QStringList keysOf(const QVariant &map) { return map.toMap().keys(); }
-
 QString diagnosticOf(const FileEntry &entry) {
     return QCborValue::fromVariant(entry.toVariantMap()).toDiagnosticNotation();
 }
@@ -71,12 +69,10 @@ TEST_F(Records, ModesDecideWhetherTheFolderEntryIsWrittenInTheStoredLayout) {
         const char *mode;
         bool lastOpenWasFolder;
         bool writesFolder;
-    } cases[] = {
-        {"file", true, false},
-        {"auto", false, false},
-        {"folder", false, true},
-        {"auto", true, true},
-    };
+    } cases[] = {{"file", true, false},
+                 {"auto", false, false},
+                 {"folder", false, true},
+                 {"auto", true, true}};
     for (const auto &c : cases) {
         test::clearTolvaneSettings();
         PlayedStateRecords::saveRecentIsFolder(c.lastOpenWasFolder);
@@ -93,7 +89,7 @@ TEST_F(Records, ModesDecideWhetherTheFolderEntryIsWrittenInTheStoredLayout) {
     EXPECT_EQ(entry.keys(), QStringList({"caudio", "cdelaydic", "cdone", "csubtitleidxs", "ctime",
                                          "fsize", "laccs"}));
     EXPECT_EQ(folders.keys(), QStringList({folderPath, "QZRrcfdpath", "QZRrcplist1"}));
-    EXPECT_EQ(keysOf(folders[folderPath]), QStringList({"cpath", "laccs", "lurls"}));
+    EXPECT_EQ(folders[folderPath].toMap().keys(), QStringList({"cpath", "laccs", "lurls"}));
     const FileEntry saved = FileEntry::fromVariantMap(entry);
     EXPECT_EQ(saved.fsize, 5u);
     EXPECT_EQ(saved.csubtitleidxs, chosen.reOpenSubtitleIdxs);

@@ -204,34 +204,5 @@ TEST_F(PlaylistBuilding, ARestartReopensTheLastOpenWhereItStopped) {
     EXPECT_TRUE(question.askedCounts.isEmpty());
 }
 
-TEST(SandboxGrants, FollowOpenedFoldersFilesAndTheWhereFolder) {
-    test::TemporaryTree tree;
-    OpenedItems items;
-    const QUrl where = tree.makeFolder("where");
-    const QUrl inside = tree.touch("where/a.mkv");
-    const QUrl sibling = tree.touch("where2/b.mkv");
-    const QUrl outside = tree.touch("other/c.mkv");
-    const QUrl subtitle = tree.touch("other/c.srt");
-    EXPECT_FALSE(items.isAllowedFolderURLInSandbox(inside));
-
-    items.whereURL = where;
-    EXPECT_TRUE(items.isAllowedFolderURLInSandbox(inside));
-    EXPECT_TRUE(items.isAllowedFolderURLInSandbox(sibling));  // plain prefix, intended
-    EXPECT_FALSE(items.isAllowedFolderURLInSandbox(outside));
-
-    items.sortOpenedURLs({subtitle});
-    items.startNewOpenedLists(items.sortOpenedURLs({outside}));
-    EXPECT_TRUE(items.isCanGetAccessToVideoFileURL(outside));
-    EXPECT_FALSE(items.isCanGetAccessToVideoFileURL(inside));
-    EXPECT_TRUE(items.isCanGetAccessToSubtitleFileURL(subtitle));
-    EXPECT_FALSE(items.isCanGetAccessToSubtitleFileURL(tree.touch("other/d.srt")));
-
-    // A link into an opened folder is judged by where it leads.
-    items.startNewOpenedLists(items.sortOpenedURLs({where}));
-    ASSERT_TRUE(QFile::link(tree.path("where"), tree.path("link")));
-    EXPECT_TRUE(items.isCanGetAccessToVideoFileURL(tree.url("link/a.mkv")));
-    EXPECT_FALSE(items.isCanGetAccessToVideoFileURL(outside));
-}
-
 }  // namespace
 }  // namespace tolvane

@@ -1,21 +1,18 @@
 // The real application, started as the desktop starts it: on a virtual
 // display (xvfb-run), on a private session bus (dbus-run-session), with
-// settings of its own and no sound device.
+// settings of its own and no sound device, driven by playerctl as media keys
+// and panels would.
 
 #include <gtest/gtest.h>
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
-#include <QDBusInterface>
-#include <QDBusReply>
-#include <QDBusVariant>
-#include <QElapsedTimer>
+#include <QFile>
 #include <QFileInfo>
-#include <QJsonArray>
 #include <QProcess>
 #include <QSettings>
 #include <QTemporaryDir>
-#include <QThread>
+#include <QUrl>
 #include <csignal>
 #include <memory>
 
@@ -30,35 +27,22 @@ namespace {
 constexpr int kStartLimitMsec = 30000;
 constexpr int kQuitLimitMsec = 30000;
 
-bool waitFor(const std::function<bool()> &isDone, int limitMsec) {
-    QElapsedTimer timer;
-    timer.start();
-    while (!isDone()) {
-        if (timer.elapsed() > limitMsec) {
-            return false;
-        }
-        QThread::msleep(50);
-    }
-    return true;
-}
-
 bool isRunningInstanceRegistered() {
     QDBusConnectionInterface *bus = QDBusConnection::sessionBus().interface();
     return bus != nullptr &&
            bus->isServiceRegistered(QLatin1String(SingleInstance::kServiceName)).value();
 }
 
-// The playing position the player reports through MPRIS, in seconds; -1
-// while it does not answer.
-double mprisPositionSec() {
-    QDBusInterface properties(QLatin1String("org.mpris.MediaPlayer2.tolvane"),
-                              QStringLiteral("/org/mpris/MediaPlayer2"),
-                              QStringLiteral("org.freedesktop.DBus.Properties"));
-    const QDBusReply<QDBusVariant> reply =
-        properties.call(QStringLiteral("Get"), QStringLiteral("org.mpris.MediaPlayer2.Player"),
-                        QStringLiteral("Position"));
-    return reply.isValid() ? double(reply.value().variant().toLongLong()) / 1e6 : -1.0;
+QString playerctl(const QStringList &arguments) {
+    QProcess client;
+    client.start(QStringLiteral("playerctl"), QStringList{"--player=tolvane"} + arguments);
+    client.waitForFinished(10000);
+    return QString::fromUtf8(client.readAllStandardOutput()).trimmed();
 }
+
+// The playing position the player reports through MPRIS; 0 while it does not answer.
+double mprisPositionSec() { return playerctl({"position"}).toDouble(); }
+QString mprisTitle() { return playerctl({"metadata", "xesam:title"}); }
 
 class AppLaunchTest : public ::testing::Test {
 protected:
@@ -95,7 +79,7 @@ protected:
     QProcess &startFirstInstance(const QStringList &arguments) {
         QProcess &player = start(arguments);
         EXPECT_TRUE(player.waitForStarted());
-        EXPECT_TRUE(waitFor(isRunningInstanceRegistered, kStartLimitMsec))
+        EXPECT_TRUE(test::waitUntil(isRunningInstanceRegistered, kStartLimitMsec))
             << "the player never registered on the session bus";
         return player;
     }
@@ -108,11 +92,12 @@ protected:
         EXPECT_EQ(player.exitCode(), 0);
     }
 
-    QJsonObject storedRecords() {
+    // The stored "ttfile" record of played files, as the probe prints it.
+    QJsonObject storedFileRecords() {
         const test::ProbeRun run = test::runProbe(
             {QStringLiteral("records"), QStringLiteral("--config"), configDir.path()});
         EXPECT_EQ(run.exitCode, 0) << run.standardOutput.toStdString();
-        return run.json;
+        return run.json["QZRTotalFdFlsData"].toObject()["ttfile"].toObject();
     }
 
     QVariant storedSetting(const char *key) {
@@ -130,41 +115,16 @@ TEST_F(AppLaunchTest, AFirstLaunchQuitWithNothingOpenSavesTheFramesButNoPlayedSt
     QProcess &player = startFirstInstance({});
     terminate(player);
 
-    const QString mainFrame = storedSetting("MainWindowFrameMono2").toString();
-    EXPECT_FALSE(mainFrame.trimmed().isEmpty()) << "the main window's frame is saved";
-    EXPECT_FALSE(storedSetting("InspectorWindowFrameMono2").toString().trimmed().isEmpty());
-    EXPECT_FALSE(storedSetting("PlaylistWindowFrameMono2").toString().trimmed().isEmpty());
-    const QJsonObject records = storedRecords();
-    EXPECT_TRUE(records.value(QLatin1String("QZRTotalFdFlsData"))
-                    .toObject()
-                    .value(QLatin1String("ttfile"))
-                    .toObject()
-                    .isEmpty())
-        << "no played-state record after an empty playlist";
+    for (const char *frame :
+         {"MainWindowFrameMono2", "InspectorWindowFrameMono2", "PlaylistWindowFrameMono2"}) {
+        EXPECT_FALSE(storedSetting(frame).toString().trimmed().isEmpty()) << frame;
+    }
+    EXPECT_TRUE(storedFileRecords().isEmpty()) << "no played-state record after an empty playlist";
 }
 
-TEST_F(AppLaunchTest, APlayerEndedBySigtermWhilePlayingHasStoredItsPosition) {
-    const QString video = QFileInfo(test::mediaPath("h264_aac_8s.mkv")).canonicalFilePath();
-    QProcess &player = startFirstInstance({video});
-    // Once it has played a while, the stored position must lie inside the file.
-    ASSERT_TRUE(waitFor([] { return mprisPositionSec() > 1.0; }, kStartLimitMsec))
-        << "the file never played";
-    terminate(player);
-
-    const QJsonObject file = storedRecords()
-                                 .value(QLatin1String("QZRTotalFdFlsData"))
-                                 .toObject()
-                                 .value(QLatin1String("ttfile"))
-                                 .toObject()
-                                 .value(video)
-                                 .toObject();
-    ASSERT_FALSE(file.isEmpty()) << "no played-state entry for " << video.toStdString();
-    const double ctime = file.value(QLatin1String("ctime")).toDouble(-1.0);
-    EXPECT_GT(ctime, 0.0) << "the position reached, not the start";
-    EXPECT_LT(ctime, 8.0);
-}
-
-TEST_F(AppLaunchTest, ASecondLaunchHandsItsFileToTheRunningPlayerAndExits) {
+// The second start hands its file over; the first plays it, and a SIGTERM
+// while it plays stores a position inside the file.
+TEST_F(AppLaunchTest, ASecondLaunchHandsItsFileToTheRunningPlayerWhichStoresItAtSigterm) {
     const QString video = QFileInfo(test::mediaPath("h264_aac_8s.mkv")).canonicalFilePath();
     QProcess &first = startFirstInstance({});
 
@@ -173,16 +133,48 @@ TEST_F(AppLaunchTest, ASecondLaunchHandsItsFileToTheRunningPlayerAndExits) {
     EXPECT_EQ(second.exitCode(), 0);
     EXPECT_EQ(first.state(), QProcess::Running);
 
-    // The first instance opened it: at quit it stores the file's played state.
-    ASSERT_TRUE(waitFor([] { return mprisPositionSec() > 0.0; }, kStartLimitMsec))
+    ASSERT_TRUE(test::waitUntil([] { return mprisPositionSec() > 1.0; }, kStartLimitMsec))
         << "the first instance never played the handed-over file";
     terminate(first);
-    const QJsonObject files = storedRecords()
-                                  .value(QLatin1String("QZRTotalFdFlsData"))
-                                  .toObject()
-                                  .value(QLatin1String("ttfile"))
-                                  .toObject();
-    EXPECT_TRUE(files.contains(video)) << "the handed-over file was opened by the first instance";
+    const QJsonObject file = storedFileRecords()[video].toObject();
+    ASSERT_FALSE(file.isEmpty()) << "no played-state entry for " << video.toStdString();
+    const double ctime = file["ctime"].toDouble(-1.0);
+    EXPECT_GT(ctime, 0.0) << "the position reached, not the start";
+    EXPECT_LT(ctime, 8.0);
+}
+
+// What the controller's MPRIS test cannot show: the running player registers
+// on the bus, seeks its real engine, keeps a volume, opens a file and quits.
+TEST_F(AppLaunchTest, TheRunningPlayerAnswersPlayerctl) {
+    QTemporaryDir media;
+    for (const char *name : {"long_h264_aac.mkv", "h264_640x360.mkv"}) {
+        ASSERT_TRUE(QFile::copy(test::mediaPath(name), media.filePath(name)));
+    }
+    QProcess &player = startFirstInstance({media.filePath("long_h264_aac.mkv")});
+    ASSERT_TRUE(test::waitUntil([] { return playerctl({"status"}) == "Playing"; }, kStartLimitMsec))
+        << "the player never reported playing over MPRIS";
+    EXPECT_EQ(mprisTitle(), QStringLiteral("long_h264_aac.mkv"));
+
+    const double start = mprisPositionSec();
+    EXPECT_TRUE(test::waitUntil([start] { return mprisPositionSec() > start + 0.3; }))
+        << "position does not move while playing";
+    playerctl({"position", "6"});
+    // A seek lands on the key frame before its target (one a second here).
+    EXPECT_TRUE(test::waitUntil([] { return mprisPositionSec() > 4.9; })) << mprisPositionSec();
+
+    playerctl({"volume", "2.5"});
+    EXPECT_EQ(playerctl({"volume"}).toDouble(), 2.5);
+
+    playerctl({"open", QUrl::fromLocalFile(media.filePath("h264_640x360.mkv")).toString()});
+    EXPECT_TRUE(test::waitUntil([] { return mprisTitle() == "h264_640x360.mkv"; }))
+        << mprisTitle().toStdString();
+
+    // playerctl has no quit: the root interface's Quit through dbus-send.
+    QProcess::execute(QStringLiteral("dbus-send"),
+                      {"--session", "--type=method_call", "--dest=org.mpris.MediaPlayer2.tolvane",
+                       "/org/mpris/MediaPlayer2", "org.mpris.MediaPlayer2.Quit"});
+    ASSERT_TRUE(player.waitForFinished(kQuitLimitMsec)) << "Quit did not end the player";
+    EXPECT_EQ(player.exitCode(), 0);
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 
 #include <QFile>
 #include <QImage>
-#include <QTemporaryDir>
 
 #include "app/app_controller.h"
 #include "app/app_test_support.h"
@@ -52,12 +51,10 @@ TEST(NativeModePlaybackTest, PlaysAnMp4ToItsEndWithCaptionsOverThePicture) {
     GTEST_SKIP() << "real-time playback under ThreadSanitizer";
 #endif
     test::clearTolvaneSettings();
-    QTemporaryDir folder;
-    const QString video = folder.filePath(QStringLiteral("clip.mp4"));
+    test::TemporaryTree folder;
+    const QString video = folder.path("clip.mp4");
     ASSERT_TRUE(QFile::copy(test::mediaPath("h264_aac.mp4"), video));
-    QFile srt(folder.filePath(QStringLiteral("clip.srt")));
-    ASSERT_TRUE(srt.open(QIODevice::WriteOnly) && srt.write(kCaption) > 0);
-    srt.close();
+    folder.write("clip.srt", kCaption);
 
     // Every question is answered CANCEL: no switch to FFmpeg mode can hide a failure.
     test::ScriptedUserInteraction interaction;

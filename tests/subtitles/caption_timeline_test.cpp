@@ -8,12 +8,11 @@
 namespace tolvane::subtitles {
 namespace {
 
-using tolvane::test::SubtitleTestFolder;
+using tolvane::test::TemporaryTree;
 
 // Loads `video`'s captions; each element of `classes` becomes one SAMI class
 // of "<base>.smi" whose syncs at 0, 1000 and 2000 show "<class> 0" etc.
-MySubtitle loadClasses(SubtitleTestFolder &folder, const QString &base,
-                       const QStringList &classes) {
+MySubtitle loadClasses(TemporaryTree &folder, const QString &base, const QStringList &classes) {
     QString text = QStringLiteral("<SAMI><BODY>\n");
     for (const int start : {0, 1000, 2000}) {
         for (const QString &className : classes) {
@@ -34,7 +33,7 @@ const QStringList kEightClasses = {"C0CC", "C1CC", "C2CC", "C3CC", "C4CC", "C5CC
 std::vector<qint64> chosen(const MySubtitle &subtitle) { return subtitle.matrixSelecteds(true); }
 
 TEST(ToggleRow, ClicksFormATwoSlotQueue) {
-    SubtitleTestFolder folder;
+    TemporaryTree folder;
     constexpr qint64 kIntegratedRow = 8;
     struct Click {
         qint64 row;
@@ -46,6 +45,7 @@ TEST(ToggleRow, ClicksFormATwoSlotQueue) {
         std::vector<Click> clicks;
     };
     const Case cases[] = {
+        // clang-format off
         {"a third row pushes out the oldest, which the list must deselect",
          {{2, "-100", {2}}, {5, "-100", {2, 5}}, {7, "unsel2", {5, 7}}}},
         {"clicking the first again promotes the second",
@@ -54,12 +54,11 @@ TEST(ToggleRow, ClicksFormATwoSlotQueue) {
          {{2, "-100", {2}}, {5, "-100", {2, 5}}, {5, "-100", {2}}}},
         {"clicking the only track drops it", {{4, "-100", {4}}, {4, "-100", {}}}},
         {"the integrated row flips the mode and leaves the tracks",
-         {{1, "-100", {1}},
-          {kIntegratedRow, "-100", {1, kIntegratedRow}},
-          {6, "-100", {1, 6, kIntegratedRow}},
-          {kIntegratedRow, "-100", {1, 6}}}},
+         {{1, "-100", {1}}, {kIntegratedRow, "-100", {1, kIntegratedRow}},
+          {6, "-100", {1, 6, kIntegratedRow}}, {kIntegratedRow, "-100", {1, 6}}}},
         {"rows outside the list change nothing",
          {{-1, "-100", {}}, {kIntegratedRow + 1, "-100", {}}, {0, "-100", {0}}}},
+        // clang-format on
     };
     for (const Case &c : cases) {
         MySubtitle subtitle = loadClasses(folder, QString::number(&c - cases), kEightClasses);
@@ -83,7 +82,7 @@ TEST(ToggleRow, ClicksFormATwoSlotQueue) {
 }
 
 TEST(SetOrders, RestoresRememberedOrCarriedOverChoicesElseTheDefault) {
-    SubtitleTestFolder folder;
+    TemporaryTree folder;
     const MySubtitle reference = loadClasses(folder, "ep1", kEightClasses);
     const QString key1 = reference.fullKey(1);
     const QString key3 = reference.fullKey(3);
@@ -96,25 +95,18 @@ TEST(SetOrders, RestoresRememberedOrCarriedOverChoicesElseTheDefault) {
         std::vector<qint64> expected;
     };
     const Case cases[] = {
-        {"two tracks and the integrated mode",
-         kEightClasses,
-         {key3, key1, "integrated"},
-         {3, 1, 8}},
-        {"one track followed by integrated restores the track alone",
-         kEightClasses,
-         {key5, "integrated"},
-         {5}},
-        {"carried over from another episode, matched without the base name",
-         kEightClasses,
-         MySubtitle::cofIdxsFromReOpenSubtitleIdxs({key5, key3, "integrated"}),
-         {5, 3, 8}},
+        // clang-format off
+        {"two tracks and integrated", kEightClasses, {key3, key1, "integrated"}, {3, 1, 8}},
+        {"one track followed by integrated restores the track alone", kEightClasses,
+         {key5, "integrated"}, {5}},
+        {"carried over from another episode, matched without the base name", kEightClasses,
+         MySubtitle::cofIdxsFromReOpenSubtitleIdxs({key5, key3, "integrated"}), {5, 3, 8}},
         {"a remembered key that matches no entry: the default", {"ENCC", "KRCC"}, {key3}, {1}},
         {"nothing remembered: a Korean track", {"ENCC", "JPCC", "KOCC"}, {}, {2}},
         {"nothing Korean: the first track that loaded", {"ENCC", "JPCC"}, {}, {0}},
-        {"a carried-over key that matches nothing",
-         {"ENCC", "KRCC"},
-         {carried + "x#*QZR*SPC*KEY*#srt#*QZR*SPC*KEY*#srt#*QZR*SPC*KEY*#v#*QZR*SPC*KEY*#2"},
-         {1}},
+        {"a carried-over key that matches nothing", {"ENCC", "KRCC"},
+         {carried + "x#*QZR*SPC*KEY*#srt#*QZR*SPC*KEY*#srt#*QZR*SPC*KEY*#v#*QZR*SPC*KEY*#2"}, {1}},
+        // clang-format on
     };
     int number = 0;
     for (const Case &c : cases) {
@@ -127,7 +119,7 @@ TEST(SetOrders, RestoresRememberedOrCarriedOverChoicesElseTheDefault) {
 }
 
 TEST(SetOrders, DefaultSkipsFailedEntriesAndFallsBackToEntryZero) {
-    SubtitleTestFolder folder;
+    TemporaryTree folder;
     folder.write("a.mkv");
     folder.write("a.smi", "no captions here");
     folder.write("a.srt", "1\n00:00:01,000 --> 00:00:02,000\nHi\n");
@@ -145,7 +137,7 @@ TEST(SetOrders, DefaultSkipsFailedEntriesAndFallsBackToEntryZero) {
 }
 
 TEST(Delays, RestoredByKeyMovedTogetherAndReportedWithTwoSentinels) {
-    SubtitleTestFolder folder;
+    TemporaryTree folder;
     MySubtitle subtitle = loadClasses(folder, "ep1", {"ENCC", "JPCC", "KRCC"});
     EXPECT_EQ(subtitle.fstDelay(), kUnsetSubtitleDelay);
     EXPECT_EQ(subtitle.sndDelay(), kNoSecondTrackDelay);
@@ -177,7 +169,7 @@ QString keyAt(const MySubtitle &subtitle, qint32 sortedIdx) {
 }
 
 TEST(IsUpdatedSortedIdx, FindsTheLineDueForwardBackwardAndWithADelay) {
-    SubtitleTestFolder folder;
+    TemporaryTree folder;
     // Keys -900000000, 0, 1000, 2000.
     const MySubtitle reference = loadClasses(folder, "t", {"KRCC"});
     struct Case {
@@ -215,7 +207,7 @@ TEST(IsUpdatedSortedIdx, FindsTheLineDueForwardBackwardAndWithADelay) {
 }
 
 TEST(IsUpdatedSortedIdx, KeysOfEqualValueForwardToTheFirstBackToTheLast) {
-    SubtitleTestFolder folder;
+    TemporaryTree folder;
     folder.write("d.mkv");
     // SAMI keeps start values as written: both keys mean 1000 ms.
     folder.write("d.smi",
@@ -251,7 +243,7 @@ QStringList groupsOf(const TextLayerDic &groups) {
 }
 
 TEST(TextLayerDic, IntegratedModeJoinsTheTracksLeavingOutABlankLine) {
-    SubtitleTestFolder folder;
+    TemporaryTree folder;
     constexpr qint64 kIntegratedRow = 2;
     struct Case {
         const char *what;
@@ -261,15 +253,14 @@ TEST(TextLayerDic, IntegratedModeJoinsTheTracksLeavingOutABlankLine) {
         QStringList groups;
     };
     const Case cases[] = {
+        // clang-format off
         {"nothing chosen", {}, 0, 1000, {}},
-        {"both lines, the first track's above",
-         {0, 1, kIntegratedRow},
-         0,
-         1000,
+        {"both lines, the first track's above", {0, 1, kIntegratedRow}, 0, 1000,
          {"fst.snd.bottom: ENCC 1000|KRCC 1000"}},
         {"the second track blank", {0, 1, kIntegratedRow}, -1000, 500, {"fst.snd.bottom: ENCC 0"}},
         {"the first track blank", {1, 0, kIntegratedRow}, -1000, 500, {"fst.snd.bottom: ENCC 0"}},
         {"one track drawn alone", {1, kIntegratedRow}, 0, 2000, {"fst.bottom: KRCC 2000"}},
+        // clang-format on
     };
     for (const Case &c : cases) {
         MySubtitle subtitle =

@@ -10,7 +10,7 @@
 namespace tolvane::subtitles {
 namespace {
 
-using test::SubtitleTestFolder;
+using test::TemporaryTree;
 
 const QString kTwoClassSami = QStringLiteral(
     "<SAMI><BODY>\n"
@@ -31,7 +31,7 @@ protected:
                                      {}, QLocale(QLocale::English), reader);
         return subtitle;
     }
-    SubtitleTestFolder folder;
+    TemporaryTree folder;
 };
 
 // "<file name> <type> <path type> <code> <order> <lang>" per entry.

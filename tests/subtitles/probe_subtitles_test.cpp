@@ -11,7 +11,7 @@ namespace tolvane {
 namespace {
 
 TEST(ProbeCaptionCommands, OptionsAndJson) {
-    test::SubtitleTestFolder folder;
+    test::TemporaryTree folder;
     const QString styled = folder.write(
         "p.smi",
         "<SAMI><BODY><SYNC Start=1000><P Class=KRCC><font color=red>하</font><i>나</i><br>"

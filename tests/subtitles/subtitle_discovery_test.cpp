@@ -8,72 +8,67 @@
 namespace tolvane {
 namespace {
 
-class SubtitleDiscoveryTest : public ::testing::Test {
-protected:
-    // "<ptype> <path relative to the root>" for each found file.
-    QStringList found(const QString &video, const char *type, bool bdmv = false,
-                      const QString &where = {}) {
-        QStringList lines;
-        for (const FoundSubtitleFile &file :
-             realSubtitleURL(folder.path(video), QString::fromLatin1(type), bdmv,
-                             where.isEmpty() ? QString() : folder.path(where))) {
-            lines << file.ptype + ' ' + folder.relative(file.url);
+// Each case in a folder of its own: the files written, the video and the
+// type asked for, with or without the BDMV pass and the chosen folder
+// "where"; each found file as "<ptype> <path below the case's folder>".
+TEST(RealSubtitleURL, FindsBesideTheVideoThenInTheChosenFolderThenByDiscTitle) {
+    struct Case {
+        const char *what;
+        QStringList files;
+        const char *video;
+        const char *type;
+        bool bdmv;
+        bool hasWhere;
+        QStringList found;
+    };
+    const QStringList beside = {"show/a.mkv",  "show/a.smi",  "show/a*.smi",
+                                "show/a*.srt", "show/ab.smi", "show/a-extra.srt"};
+    // Korean releases ship "Movie.SMI" beside "movie.avi".
+    const QStringList cased = {"show/movie.avi", "show/movie.SRT",      "show/Movie.smi",
+                               "show/MOVIE.Smi", "show/movie*.SMI",     "show/movies.smi",
+                               "other/Ep.MKV",   "where/Tolvane/EP.srt"};
+    const QStringList disc = {"discs/Title/BDMV/STREAM/00001.m2ts", "where/Tolvane/Title.smi",
+                              "where/Tolvane/Title*.smi"};
+    const QStringList chosen = {"show/c.mkv", "where/Tolvane/c.srt"};
+    const char *stream = "discs/Title/BDMV/STREAM/00001.m2ts";
+    // clang-format off
+    const Case cases[] = {
+        {"plain, then the asterisk form", beside, "show/a.mkv", "smi", false, false,
+         {"v show/a.smi", "v* show/a*.smi"}},
+        {"the asterisk form alone", beside, "show/a.mkv", "srt", false, false, {"v* show/a*.srt"}},
+        {"no such type", beside, "show/a.mkv", "ass", false, false, {}},
+        {"names and extensions in any case", cased, "show/movie.avi", "smi", false, false,
+         {"v show/MOVIE.Smi", "v show/Movie.smi", "v* show/movie*.SMI"}},
+        {"an extension in any case", cased, "show/movie.avi", "srt", false, false,
+         {"v show/movie.SRT"}},
+        {"any case in the chosen folder", cased, "other/Ep.MKV", "srt", false, true,
+         {"k where/Tolvane/EP.srt"}},
+        {"the chosen folder", chosen, "show/c.mkv", "srt", false, true, {"k where/Tolvane/c.srt"}},
+        {"no chosen folder given", chosen, "show/c.mkv", "srt", false, false, {}},
+        {"a file beside the video hides the chosen folder",
+         chosen + QStringList{"show/c.srt"}, "show/c.mkv", "srt", false, true,
+         {"v show/c.srt"}},
+        {"the disc title", disc, stream, "smi", true, true,
+         {"b where/Tolvane/Title.smi", "b* where/Tolvane/Title*.smi"}},
+        {"the disc title only for BDMV", disc, stream, "smi", false, true, {}},
+        {"the disc title only when the other passes find nothing",
+         disc + QStringList{"where/Tolvane/00001.smi"}, stream, "smi", true, true,
+         {"k where/Tolvane/00001.smi"}},
+    };
+    // clang-format on
+    for (const Case &c : cases) {
+        test::TemporaryTree folder;
+        for (const QString &file : c.files) {
+            folder.write(file);
         }
-        return lines;
+        QStringList found;
+        for (const FoundSubtitleFile &file :
+             realSubtitleURL(folder.path(c.video), QString::fromLatin1(c.type), c.bdmv,
+                             c.hasWhere ? folder.path("where") : QString())) {
+            found << file.ptype + ' ' + folder.relative(file.url);
+        }
+        EXPECT_EQ(found, c.found) << c.what;
     }
-    test::SubtitleTestFolder folder;
-};
-
-TEST_F(SubtitleDiscoveryTest, BesideTheVideoPlainThenAsteriskForm) {
-    folder.write("show/a.mkv");
-    folder.write("show/a.smi");
-    folder.write("show/a*.smi");
-    folder.write("show/a*.srt");
-    folder.write("show/ab.smi");  // another name: never matched as a pattern
-    folder.write("show/a-extra.srt");
-    EXPECT_EQ(found("show/a.mkv", "smi"), (QStringList{"v show/a.smi", "v* show/a*.smi"}));
-    EXPECT_EQ(found("show/a.mkv", "srt"), QStringList{"v* show/a*.srt"}) << "the asterisk alone";
-    EXPECT_EQ(found("show/a.mkv", "ass"), QStringList{});
-}
-
-// Korean releases ship "Movie.SMI" beside "movie.avi".
-TEST_F(SubtitleDiscoveryTest, NamesAndExtensionsMatchWithoutRegardToCase) {
-    folder.write("show/movie.avi");
-    folder.write("show/movie.SRT");
-    folder.write("show/Movie.smi");
-    folder.write("show/MOVIE.Smi");
-    folder.write("show/movie*.SMI");
-    folder.write("show/movies.smi");
-    EXPECT_EQ(found("show/movie.avi", "smi"),
-              (QStringList{"v show/MOVIE.Smi", "v show/Movie.smi", "v* show/movie*.SMI"}));
-    EXPECT_EQ(found("show/movie.avi", "srt"), QStringList{"v show/movie.SRT"});
-    folder.write("other/Ep.MKV");
-    folder.write("where/Tolvane/EP.srt");
-    EXPECT_EQ(found("other/Ep.MKV", "srt", false, "where"), QStringList{"k where/Tolvane/EP.srt"});
-}
-
-TEST_F(SubtitleDiscoveryTest, ChosenFolderOnlyWhenNothingIsBesideTheVideo) {
-    folder.write("show/c.mkv");
-    folder.write("where/Tolvane/c.srt");
-    EXPECT_EQ(found("show/c.mkv", "srt", false, "where"), QStringList{"k where/Tolvane/c.srt"});
-    EXPECT_EQ(found("show/c.mkv", "srt"), QStringList{}) << "no chosen folder given";
-
-    folder.write("show/c.srt");
-    EXPECT_EQ(found("show/c.mkv", "srt", false, "where"), QStringList{"v show/c.srt"})
-        << "a file beside the video hides the chosen folder";
-}
-
-TEST_F(SubtitleDiscoveryTest, DiscTitleOnlyForBdmvAndOnlyWhenTheOtherPassesFoundNothing) {
-    folder.write("discs/Title/BDMV/STREAM/00001.m2ts");
-    folder.write("where/Tolvane/Title.smi");
-    folder.write("where/Tolvane/Title*.smi");
-    const QString video = "discs/Title/BDMV/STREAM/00001.m2ts";
-    EXPECT_EQ(found(video, "smi", true, "where"),
-              (QStringList{"b where/Tolvane/Title.smi", "b* where/Tolvane/Title*.smi"}));
-    EXPECT_EQ(found(video, "smi", false, "where"), QStringList{});
-
-    folder.write("where/Tolvane/00001.smi");
-    EXPECT_EQ(found(video, "smi", true, "where"), QStringList{"k where/Tolvane/00001.smi"});
 }
 
 TEST(DiscTitleInPath, ComponentBeforeTheFirstBdmv) {

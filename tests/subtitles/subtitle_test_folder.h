@@ -1,38 +1,15 @@
 #pragma once
 
-// A temporary folder of videos and caption files for the subtitle tests.
+// Caption files for the subtitle tests: a temporary tree, and text in legacy encodings.
 
 #include <gtest/gtest.h>
 #include <unicode/ucnv.h>
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QTemporaryDir>
+#include <QString>
+
+#include "support/temporary_tree.h"
 
 namespace tolvane::test {
-
-class SubtitleTestFolder {
-public:
-    // Writes `bytes` to `relativePath` below the root, making its folders.
-    QString write(const QString &relativePath, const QByteArray &bytes = {}) {
-        const QString path = root.filePath(relativePath);
-        QDir().mkpath(QFileInfo(path).absolutePath());
-        QFile file(path);
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly)) << relativePath.toStdString();
-        file.write(bytes);
-        file.close();
-        return QFileInfo(path).canonicalFilePath();
-    }
-    QString path(const QString &relativePath) const { return root.filePath(relativePath); }
-    // `path` relative to the root, for readable expectations.
-    QString relative(const QString &path) const {
-        return QDir(QFileInfo(root.path()).canonicalFilePath()).relativeFilePath(path);
-    }
-
-private:
-    QTemporaryDir root;
-};
 
 // Encodes `text` with ICU, for files in legacy encodings.
 inline QByteArray encodeAs(const QString &text, const char *icuName) {

@@ -14,7 +14,7 @@ namespace tolvane {
 namespace {
 
 using test::encodeAs;
-using test::SubtitleTestFolder;
+using test::TemporaryTree;
 
 const QString kKorean = QStringLiteral(
     "<SAMI><BODY><SYNC Start=1000><P Class=KRCC>안녕하세요. 오늘은 날씨가 참 좋네요.\n"
@@ -52,13 +52,18 @@ TEST(DetectTextEncoding, FallsBackToTheLocaleWithoutText) {
 }
 
 TEST(ReadTextFile, TriesUtf8ThenTheUsersItemThenUtf16) {
-    SubtitleTestFolder folder;
+    TemporaryTree folder;
     const QString ascii = QStringLiteral("1\n00:00:01,000 --> 00:00:02,000\nPlain\n");
     constexpr int kAutomatic = kAutomaticEncodingItem;
     constexpr int kKoreanItem = 5;
     constexpr int kShiftJisItem = 6;
     ASSERT_STREQ(textEncodingItems()[kKoreanItem].icuName, "windows-949-2000");
     ASSERT_STREQ(textEncodingItems()[kShiftJisItem].icuName, "Shift_JIS");
+    // A damaged byte costs one character in Automatic mode; a chosen encoding stays strict.
+    QByteArray damaged = encodeAs(kKorean, "windows-949-2000");
+    damaged.insert(damaged.indexOf("\n") + 1, "\xb0");  // a lead byte before "<"
+    QString repaired = kKorean;
+    repaired.insert(kKorean.indexOf(u'\n') + 1, QChar(0xFFFD));
     struct Case {
         const char *what;
         QByteArray bytes;
@@ -90,6 +95,10 @@ TEST(ReadTextFile, TriesUtf8ThenTheUsersItemThenUtf16) {
          QLocale::English, QStringLiteral("안녕 똠"), "windows-949-2000"},
         {"UTF-8 cut inside a character", QByteArray("ok \xec\x9e"), kKoreanItem, QLocale::English,
          std::nullopt, ""},
+        {"windows-949 read as the chosen Shift_JIS", encodeAs(kKorean, "windows-949-2000"),
+         kShiftJisItem, QLocale::English, std::nullopt, ""},
+        {"damaged, automatic", damaged, kAutomatic, QLocale::English, repaired, "windows-949-2000"},
+        {"damaged, chosen", damaged, kKoreanItem, QLocale::English, std::nullopt, ""},
         {"empty", QByteArray(), kAutomatic, QLocale::English, QString(), "UTF-8"},
     };
     for (const Case &c : cases) {
@@ -97,12 +106,20 @@ TEST(ReadTextFile, TriesUtf8ThenTheUsersItemThenUtf16) {
                                                    encodingItemsToTry(c.item), QLocale(c.language));
         EXPECT_EQ(result.text, c.text) << c.what;
         EXPECT_EQ(result.encoding, c.encoding) << c.what;
+        EXPECT_EQ(result.failure, c.text ? TextReadFailure::None : TextReadFailure::Undecodable)
+            << c.what;
+    }
+    // Even length, no zero bytes: still not UTF-16.
+    EXPECT_EQ(decodeTextStrictly(QByteArray("\xbe\xc8\xb3\xe7"), "UTF-16"), std::nullopt);
+    const auto tries = encodingItemsToTry(kAutomaticEncodingItem);
+    for (const QString &path : {folder.path("missing.srt"), folder.path(".")}) {
+        EXPECT_EQ(readTextFile(path, tries).failure, TextReadFailure::Other) << path.toStdString();
     }
 }
 
 // uchardet alone misjudges texts this short; each file holds one cue.
 TEST(ReadTextFile, AutomaticReadsOneCueFilesInEachLegacyEncoding) {
-    SubtitleTestFolder folder;
+    TemporaryTree folder;
     const auto sami = [](const QString &cue) {
         return QStringLiteral("<SAMI><BODY><SYNC Start=1000><P Class=KRCC>%1\n").arg(cue);
     };
@@ -137,49 +154,9 @@ TEST(ReadTextFile, AutomaticReadsOneCueFilesInEachLegacyEncoding) {
     }
 }
 
-TEST(ReadTextFile, Utf16WithoutByteOrderMarkNeedsItsZeroBytes) {
-    SubtitleTestFolder folder;
-    constexpr int kShiftJisItem = 6;
-    const TextReadResult wrongChoice =
-        readTextFile(folder.write("k.smi", encodeAs(kKorean, "windows-949-2000")),
-                     encodingItemsToTry(kShiftJisItem), QLocale(QLocale::English));
-    EXPECT_EQ(wrongChoice.text, std::nullopt);
-    EXPECT_EQ(wrongChoice.failure, TextReadFailure::Undecodable);
-    // Even length, no zero bytes: still not UTF-16.
-    EXPECT_EQ(decodeTextStrictly(QByteArray("\xbe\xc8\xb3\xe7"), "UTF-16"), std::nullopt);
-}
-
-// A damaged byte costs one character in Automatic mode; a chosen encoding stays strict.
-TEST(ReadTextFile, AutomaticReplacesBadBytesWhenNothingDecodesStrictly) {
-    SubtitleTestFolder folder;
-    QByteArray damaged = encodeAs(kKorean, "windows-949-2000");
-    const qsizetype cut = damaged.indexOf("\n") + 1;
-    damaged.insert(cut, "\xb0");  // a lead byte before "<"
-    const QString path = folder.write("damaged.smi", damaged);
-    QString expected = kKorean;
-    expected.insert(kKorean.indexOf(u'\n') + 1, QChar(0xFFFD));
-
-    const TextReadResult automatic =
-        readTextFile(path, encodingItemsToTry(kAutomaticEncodingItem), QLocale(QLocale::English));
-    EXPECT_EQ(automatic.text, expected);
-    EXPECT_EQ(automatic.encoding, "windows-949-2000");
-    constexpr int kKoreanItem = 5;
-    const TextReadResult chosen =
-        readTextFile(path, encodingItemsToTry(kKoreanItem), QLocale(QLocale::English));
-    EXPECT_EQ(chosen.text, std::nullopt);
-    EXPECT_EQ(chosen.failure, TextReadFailure::Undecodable);
-}
-
-TEST(ReadTextFile, MissingFilesAndFoldersAreOtherFailures) {
-    SubtitleTestFolder folder;
-    const auto tries = encodingItemsToTry(kAutomaticEncodingItem);
-    EXPECT_EQ(readTextFile(folder.path("missing.srt"), tries).failure, TextReadFailure::Other);
-    EXPECT_EQ(readTextFile(folder.path("."), tries).failure, TextReadFailure::Other);
-}
-
 // Root reads every file, so as root this test runs itself again as "nobody".
 TEST(ReadTextFile, UnreadableFileIsRefusedForAnOrdinaryUser) {
-    SubtitleTestFolder folder;
+    TemporaryTree folder;
     const QByteArray given = qgetenv("TOLVANE_LOCKED_FILE");
     if (!given.isEmpty()) {
         EXPECT_TRUE(readFileBytes(QString::fromLocal8Bit(given)).permissionDenied);

@@ -1,5 +1,8 @@
 #include "test_media.h"
 
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QThread>
 #include <chrono>
 #include <thread>
 
@@ -18,6 +21,22 @@ bool waitUntil(const std::function<bool()> &condition, int timeoutMs) {
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
     }
     return true;
+}
+
+bool processEventsUntil(const std::function<bool()> &condition, int timeoutMs) {
+    QDeadlineTimer deadline(timeoutMs);
+    while (!condition()) {
+        if (deadline.hasExpired()) {
+            return false;
+        }
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        QThread::msleep(5);
+    }
+    return true;
+}
+
+void processEventsFor(int milliseconds) {
+    processEventsUntil([] { return false; }, milliseconds);
 }
 
 }  // namespace tolvane::test

@@ -1,12 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <QDir>
-#include <QFile>
 #include <QJsonArray>
-#include <QTemporaryDir>
 
 #include "support/probe_runner.h"
 #include "support/qt_printers.h"
+#include "support/temporary_tree.h"
 
 namespace tolvane {
 namespace {
@@ -21,11 +19,10 @@ TEST(ProbeAppCommands, PrintTheirVerdictsAsJsonAndRefuseMissingArguments) {
     EXPECT_EQ(series.json["a"].toString(), "Show    ");
     EXPECT_EQ(series.json["b"].toString(), "Show   ");
 
-    QTemporaryDir tree;
-    const QString root = QDir(tree.path()).canonicalPath();
-    for (const char *name : {"/Ep 2.mkv", "/Ep 1.mkv"}) {
-        ASSERT_TRUE(QFile(root + name).open(QIODevice::WriteOnly));
-    }
+    const test::TemporaryTree tree;
+    const QString root = tree.path();
+    tree.write("Ep 2.mkv");
+    tree.write("Ep 1.mkv");
     // Without a where folder too, one episode brings its series.
     const test::ProbeRun playlist = runProbe({"playlist", root + "/Ep 2.mkv"});
     EXPECT_EQ(playlist.exitCode, 0);

@@ -2,13 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
-#include <QElapsedTimer>
-#include <QFile>
 #include <QImage>
-#include <QTemporaryDir>
 
 #include "subtitles/text_encodings.h"
+#include "support/temporary_tree.h"
+#include "support/test_media.h"
 #include "views/caption_timer.h"
 
 namespace tolvane {
@@ -28,14 +26,6 @@ constexpr const char *kTwoClassSami = R"(<SAMI><HEAD><STYLE TYPE="text/css"><!--
 <SYNC Start=2000><P Class=ENCC>&nbsp;
 </BODY></SAMI>
 )";
-
-void spinEvents(int milliseconds) {
-    QElapsedTimer timer;
-    timer.start();
-    while (timer.elapsed() < milliseconds) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
-    }
-}
 
 struct PixelCounts {
     int white = 0;
@@ -60,14 +50,12 @@ PixelCounts countCaptionPixels(const QImage &image, int firstRow, int endRow) {
 class CaptionOverlayTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        QFile sami(folder.filePath(QStringLiteral("clip.smi")));
-        ASSERT_TRUE(sami.open(QIODevice::WriteOnly) && sami.write(kTwoClassSami) > 0);
-        sami.close();
+        folder.write("clip.smi", kTwoClassSami);
         subtitle.sizePF = 0.06f;
         subtitle.spacingPF = 0.6f;
         subtitle.marginPF = 0.1f;
         subtitle.viewSize = QSizeF(960, 540);
-        subtitle.openSubtitleFileURL(folder.filePath(QStringLiteral("clip.mkv")),
+        subtitle.openSubtitleFileURL(folder.path("clip.mkv"),
                                      encodingItemsToTry(kAutomaticEncodingItem), false, QString());
         ASSERT_EQ(subtitle.entryCount(), 2);
         subtitle.setOrders({});
@@ -81,7 +69,7 @@ protected:
         picture.show();
     }
 
-    QTemporaryDir folder;
+    test::TemporaryTree folder;
     MySubtitle subtitle;
     QWidget picture;
     CaptionOverlay overlay{&picture};
@@ -125,7 +113,7 @@ TEST_F(CaptionOverlayTest, TracksAreDrawnAtTheirEdgesWithTheirColours) {
     for (const QSize size : {QSize(480, 270), QSize(960, 540)}) {
         SCOPED_TRACE(QStringLiteral("%1x%2").arg(size.width()).arg(size.height()).toStdString());
         picture.resize(size);
-        spinEvents(100);
+        test::processEventsFor(100);
         ASSERT_EQ(overlay.size(), size) << "the overlay follows the view";
         const QImage shown = picture.grab().toImage();
         const int third = shown.height() / 3;
@@ -144,7 +132,7 @@ TEST_F(CaptionOverlayTest, TracksAreDrawnAtTheirEdgesWithTheirColours) {
     timer.resetShownLines();
     ASSERT_TRUE(timer.tick());
     ASSERT_EQ(overlay.shownGroups().count(QStringLiteral("fst.snd.bottom")), 1u);
-    spinEvents(100);
+    test::processEventsFor(100);
     const QImage shown = picture.grab().toImage();
     const int half = shown.height() / 2;
     const PixelCounts top = countCaptionPixels(shown, 0, half);
@@ -152,39 +140,6 @@ TEST_F(CaptionOverlayTest, TracksAreDrawnAtTheirEdgesWithTheirColours) {
     EXPECT_EQ(top.white + top.red, 0);
     EXPECT_GT(bottom.white, 50);
     EXPECT_GT(bottom.red, 20) << "the second track's red span joins the bottom block";
-}
-
-// The control panel over the lower part of the picture: the bottom track
-// rises above it, the top one stays, and both return when it hides.
-TEST_F(CaptionOverlayTest, BottomCaptionsRiseAboveACoveredBand) {
-    subtitle.toggleRow(subtitle.fstOrderIdx() == 0 ? 1 : 0);
-    nowMsec = 600;
-    ASSERT_TRUE(timer.tick());
-    picture.resize(960, 540);
-    spinEvents(100);
-    const auto rowsWithText = [this] {
-        const QImage shown = picture.grab().toImage();
-        std::vector<int> rows;
-        for (int y = 0; y < shown.height(); ++y) {
-            const PixelCounts counts = countCaptionPixels(shown, y, y + 1);
-            if (counts.white + counts.red > 0) {
-                rows.push_back(y);
-            }
-        }
-        return rows;
-    };
-    const std::vector<int> before = rowsWithText();
-    ASSERT_FALSE(before.empty());
-    ASSERT_GT(before.back(), 540 - 100) << "the bottom track lies in the band to be covered";
-
-    overlay.setCoveredBottomHeight(100);
-    const std::vector<int> covered = rowsWithText();
-    ASSERT_FALSE(covered.empty());
-    EXPECT_LT(covered.back(), 540 - 100) << "nothing drawn under the band";
-    EXPECT_EQ(covered.front(), before.front()) << "the top track stays where it was";
-
-    overlay.setCoveredBottomHeight(0);
-    EXPECT_EQ(rowsWithText(), before);
 }
 
 }  // namespace

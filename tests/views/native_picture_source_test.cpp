@@ -3,20 +3,15 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
-#include <QImage>
-#include <QOffscreenSurface>
-#include <QOpenGLContext>
-#include <QOpenGLFramebufferObject>
 #include <QVideoSink>
 #include <cstring>
 
-#include "engine/presentation/video_picture_renderer.h"
+#include "support/offscreen_gl_test.h"
 
 namespace tolvane {
 namespace {
 
 constexpr QSize kFrameSize{16, 12};
-constexpr QSize kViewport{64, 48};
 
 struct Bytes {
     std::uint8_t a, b, c;  // Y U V, or R G B
@@ -84,47 +79,15 @@ QVideoFrame flatFrame(QVideoFrameFormat::PixelFormat pixelFormat, Bytes colour) 
     return frame;
 }
 
-class NativePictureSourceTest : public ::testing::Test {
+class NativePictureSourceTest : public test::OffscreenGlTest {
 protected:
-    void SetUp() override {
-        QSurfaceFormat format;
-        format.setVersion(3, 3);
-        format.setProfile(QSurfaceFormat::CoreProfile);
-        context.setFormat(format);
-        surface.setFormat(format);
-        surface.create();
-        if (!context.create() || !context.makeCurrent(&surface)) {
-            GTEST_SKIP() << "no OpenGL 3.3 context can be made here";
-        }
-        target = std::make_unique<QOpenGLFramebufferObject>(kViewport);
-        ASSERT_TRUE(renderer.initialize());
-    }
-
-    void TearDown() override {
-        if (context.isValid() && QOpenGLContext::currentContext() == &context) {
-            renderer.release();
-            target.reset();
-            context.doneCurrent();
-        }
-    }
+    NativePictureSourceTest() : OffscreenGlTest({64, 48}) {}
 
     void deliver(const QVideoFrame &frame) {
         sink.setVideoFrame(frame);
         QCoreApplication::processEvents();
     }
 
-    QRgb drawnCentre() {
-        target->bind();
-        source.drawPicture(renderer, kViewport);
-        target->release();
-        const QImage image = target->toImage(true);
-        return image.pixel(image.width() / 2, image.height() / 2);
-    }
-
-    QOpenGLContext context;
-    QOffscreenSurface surface;
-    std::unique_ptr<QOpenGLFramebufferObject> target;
-    VideoPictureRenderer renderer;
     QVideoSink sink;
     NativePictureSource source{&sink};
 };
@@ -154,12 +117,10 @@ TEST_F(NativePictureSourceTest, EachPixelFormatIsDrawnInItsColours) {
         const int convertedDraws = source.convertedDrawCount();
         deliver(frame);
         EXPECT_TRUE(source.canDrawPicture());
-        const QRgb centre = drawnCentre();
+        const QImage image = drawn([&] { source.drawPicture(renderer, viewport); });
         // Qt's own conversion rounds its own way.
-        const int tolerance = c.isConvertedByQt ? 12 : 3;
-        EXPECT_NEAR(qRed(centre), qRed(c.expected), tolerance);
-        EXPECT_NEAR(qGreen(centre), qGreen(c.expected), tolerance);
-        EXPECT_NEAR(qBlue(centre), qBlue(c.expected), tolerance);
+        EXPECT_TRUE(test::isColourNear(test::colourAt(image, 0.5, 0.5), c.expected,
+                                       c.isConvertedByQt ? 12 : 3));
         EXPECT_EQ(source.planeDrawCount() - planeDraws, c.isConvertedByQt ? 0 : 1);
         EXPECT_EQ(source.convertedDrawCount() - convertedDraws, c.isConvertedByQt ? 1 : 0);
         EXPECT_FALSE(source.canDrawPicture()) << "nothing new until the next frame";

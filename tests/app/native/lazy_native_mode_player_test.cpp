@@ -2,10 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
-#include <QElapsedTimer>
-#include <QFile>
-
 #include "support/test_media.h"
 
 namespace tolvane {
@@ -41,12 +37,8 @@ TEST(LazyNativeModePlayerTest, MakesThePlayerAtTheFirstLoadOnly) {
     lazy.load(test::mediaPath("h264_aac.mp4"), 30s);
     ASSERT_NE(lazy.madePlayer(), nullptr);
     EXPECT_EQ(sinkHandedOver, lazy.madePlayer()->videoSink());
-    QElapsedTimer bound;
-    bound.start();
-    while (!result && bound.elapsed() < 60000) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-    }
-    ASSERT_TRUE(result.has_value()) << "the made player's report is passed on";
+    ASSERT_TRUE(test::processEventsUntil([&] { return result.has_value(); }))
+        << "the made player's report is passed on";
     EXPECT_EQ(result->outcome, NativeModePlayer::LoadOutcome::loaded);
     lazy.load(test::mediaPath("h264_aac.mp4"), 30s);
     EXPECT_EQ(madeCount, 1);

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
 #include <optional>
@@ -17,20 +15,6 @@ namespace {
 using LoadOutcome = NativeModePlayer::LoadOutcome;
 using namespace std::chrono_literals;
 
-// Runs the event loop until `condition` holds or `timeoutMs` passes; a
-// bound against hangs, not a judge of speed.
-bool spinUntil(const std::function<bool()> &condition, int timeoutMs = 60000) {
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition()) {
-        if (timer.elapsed() > timeoutMs) {
-            return false;
-        }
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-    }
-    return true;
-}
-
 class NativeModePlayerTest : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -42,7 +26,7 @@ protected:
     std::optional<NativeModePlayer::LoadResult> loadAndWait(const QString &path) {
         results.clear();
         player.load(path, kCountDown);
-        if (!spinUntil([this] { return !results.empty(); })) {
+        if (!test::processEventsUntil([this] { return !results.empty(); })) {
             return std::nullopt;
         }
         return results.front();
@@ -101,7 +85,7 @@ TEST_F(NativeModePlayerTest, OutcomesFollowWhatThePlatformCanPlay) {
                    result->outcome != LoadOutcome::cancelled) {
             EXPECT_FALSE(result->errorDescription.isEmpty()) << "the user sees why";
         }
-        spinUntil([] { return false; }, 100);
+        test::processEventsFor(100);
         EXPECT_EQ(results.size(), 1u) << "exactly one report per load";
     }
 }
@@ -120,14 +104,14 @@ TEST_F(NativeModePlayerTest, LoadsFilesWhoseNamesNeedEscapingInAUri) {
 
 TEST_F(NativeModePlayerTest, TheCountDownCancelsAndACancelReportsNothing) {
     player.load(test::mediaPath("h264_aac.mp4"), 0ms);
-    ASSERT_TRUE(spinUntil([this] { return !results.empty(); }));
+    ASSERT_TRUE(test::processEventsUntil([this] { return !results.empty(); }));
     EXPECT_EQ(results.front().outcome, LoadOutcome::cancelled);
     EXPECT_FALSE(player.hasMedia());
 
     results.clear();
     player.load(test::mediaPath("h264_aac.mp4"), kCountDown);
     player.cancelLoading();
-    spinUntil([] { return false; }, 1500);
+    test::processEventsFor(1500);
     EXPECT_TRUE(results.empty());
     EXPECT_FALSE(player.hasMedia());
 
@@ -145,7 +129,7 @@ TEST_F(NativeModePlayerTest, PlaysToTheEndFromASeek) {
     player.seekToTime(1.0);
     player.setRate(1.0);
     EXPECT_EQ(player.rate(), 1.0);
-    ASSERT_TRUE(spinUntil([&ends] { return ends > 0; })) << "endReached never came";
+    ASSERT_TRUE(test::processEventsUntil([&ends] { return ends > 0; })) << "endReached never came";
     EXPECT_EQ(ends, 1);
     EXPECT_GT(player.currentTimeSec(), 1.5);
     player.unload();
