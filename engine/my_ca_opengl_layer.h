@@ -512,7 +512,6 @@ private:
     // Under bitmapDataThreadMutex: the pacing and the late-packet rule, and
     // the packet to decode (the drain once the packets have ended).
     PixelPassStart beginPixelPass();
-    static std::vector<DecodedVideoPicture> decodeTurn(const VideoDecodingTurn &turn);
     // Under bitmapDataThreadMutex: queues what the turn decoded; the packets
     // read so far leave the list once a picture came out.
     PixelPassOutcome finishPixelPass(const VideoDecodingTurn &turn,

@@ -87,7 +87,8 @@ void MyCAOpenGLLayer::addBitmapDataOnThreadOnlyOne(WorkerLink &link,
         }
         PixelPassOutcome outcome = start.outcome;
         if (start.turn) {
-            std::vector<DecodedVideoPicture> decoded = decodeTurn(*start.turn);
+            std::vector<DecodedVideoPicture> decoded =
+                start.turn->decoder->decode(start.turn->packet.get());
             if (!link.withEngine([&](MyCAOpenGLLayer &engine) {
                     NamedLockGuard threadLock(engine.bitmapDataThreadMutex);
                     outcome = engine.finishPixelPass(*start.turn, std::move(decoded));
@@ -115,7 +116,7 @@ PixelPassOutcome MyCAOpenGLLayer::addBitmapDataOnePass() {
     if (!start.turn) {
         return start.outcome;
     }
-    return finishPixelPass(*start.turn, decodeTurn(*start.turn));
+    return finishPixelPass(*start.turn, start.turn->decoder->decode(start.turn->packet.get()));
 }
 
 MyCAOpenGLLayer::PixelPassStart MyCAOpenGLLayer::beginPixelPass() {
@@ -188,10 +189,6 @@ MyCAOpenGLLayer::PixelPassStart MyCAOpenGLLayer::beginPixelPass() {
         return {};
     }
     return {PixelPassOutcome::NoPictureYet, std::move(turn)};
-}
-
-std::vector<DecodedVideoPicture> MyCAOpenGLLayer::decodeTurn(const VideoDecodingTurn &turn) {
-    return turn.decoder->decode(turn.packet.get());
 }
 
 PixelPassOutcome MyCAOpenGLLayer::finishPixelPass(const VideoDecodingTurn &turn,

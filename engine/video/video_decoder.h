@@ -40,7 +40,6 @@ public:
     // For tests that make the decoder stall; not while another thread decodes.
     AVCodecContext &contextForTesting() { return *codecContext; }
     bool isHardware() const { return hardware != nullptr; }
-    const char *hardwareDeviceName() const { return hardware ? hardware->deviceName() : ""; }
 
     // Feeds `packet` and returns the pictures that came out: every picture
     // taken to make room while the decoder answered EAGAIN (the packet is
