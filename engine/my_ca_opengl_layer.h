@@ -501,7 +501,6 @@ private:
         std::shared_ptr<VideoDecoder> decoder;
         PacketPtr packet;  // a reference to the packet read; null to drain
         AVRational timeBase{0, 1};
-        double fps = 0.0;
     };
     struct PixelPassStart {
         PixelPassOutcome outcome = PixelPassOutcome::Idle;

@@ -154,7 +154,6 @@ MyCAOpenGLLayer::PixelPassStart MyCAOpenGLLayer::beginPixelPass() {
     VideoDecodingTurn turn;
     turn.decoder = videoDecoder;
     turn.timeBase = pFormatCtx->streams[videoStreamIdx]->time_base;
-    turn.fps = fps;
     const AVPacket *packet = getVideoPacket();
     if (packet == nullptr) {
         if (decoderHoldsPictures) {
