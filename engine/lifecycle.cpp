@@ -18,20 +18,17 @@ void MyCAOpenGLLayer::cleanBeforeQuit() { cleanBeforeOpenFile(); }
 void MyCAOpenGLLayer::cleanBeforeOpenFile() {
     runAtOperationBoundary("cbof", [&] {
         isAlsoHaveMovieValue = false;
-        // A worker abandoned by the bounded stop may hold its thread lock for
-        // ever: the reset then leaves alone what that lock guards rather
-        // than wait past the bound.
-        const bool isSampleThreadStopped = stopSampleThread();
-        const bool isPixelThreadStopped = stopPixelThread();
+        // A worker abandoned by the bounded stop keeps what it works on and
+        // can no longer reach the engine: the reset frees the rest at once.
+        stopSampleThread();
+        stopPixelThread();
         stopPacketThread();
         isInterlacedValue = false;
         destroyOutputUnit();
         setAsynchronous(false);
 
         isSkippingValue = false;
-        if (isSampleThreadStopped) {
-            resetAudioDecodingStateForNewTrack();
-        }
+        resetAudioDecodingStateForNewTrack();
         {
             NamedLockGuard lock(rateMutex);
             rateValue = 0.0;
@@ -44,15 +41,8 @@ void MyCAOpenGLLayer::cleanBeforeOpenFile() {
             countAfterChangeScreen = 1;
         }
 
-        if (isPixelThreadStopped) {
-            NamedLockGuard lock(bitmapDataThreadMutex);
-            vFrame.reset();
-        }
-        vFrameForSeeking.reset();
-
         vCodec = nullptr;
-        vCodecCtx.reset();
-        hardwareDecoding.reset();
+        videoDecoder.reset();
         isMacSupportH264AccValue = false;
         hardwareDecodingReasonValue.clear();
         {

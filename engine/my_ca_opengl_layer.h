@@ -15,7 +15,6 @@
 #include "engine/clock/sample_clock.h"
 #include "engine/cursor_queue.h"
 #include "engine/demux/packet_queues.h"
-#include "engine/demux/packet_thread_link.h"
 #include "engine/demux/tracks.h"
 #include "engine/ffmpeg_handles.h"
 #include "engine/video/bitmap_conversion.h"
@@ -25,7 +24,9 @@
 #include "engine/video/hardware/pts_check.h"
 #include "engine/video/picture_layout.h"
 #include "engine/video/picture_queues.h"
+#include "engine/video/video_decoder.h"
 #include "engine/video/video_decoding_rules.h"
+#include "engine/worker_link.h"
 
 namespace tolvane {
 
@@ -68,8 +69,10 @@ struct PictureDecision {
 // it; those on one line are never held together.
 //   changeAudioMutex
 //   seekMutex
-//   the packet thread link's lock, then packetThreadMutex
-//     | bitmapDataThreadMutex | sampleDataThreadMutex   (each held by its worker for its loop)
+//   a worker's link lock, then packetThreadMutex
+//     | bitmapDataThreadMutex | sampleDataThreadMutex   (each its worker's, held by it
+//                                                       within its link, never while
+//                                                       it reads or decodes)
 //   rateMutex
 //   drawVideoMutex
 //   the audio device's lock (held by SDL around the render callback)
@@ -158,7 +161,7 @@ public:
     // --- Packet thread
     void startPacketThread();
     void stopPacketThread();
-    bool hasPacketThread() const { return packetThread != nullptr; }
+    bool hasPacketThread() const { return packetThread.isRunning(); }
     // The pacing decision of one pass, from the rate and the two counts.
     static PacketPassAction packetPassActionFor(double rate, int videoCount, int audioCount);
     // One pass of the packet thread's loop: decides, and reads and queues one
@@ -170,7 +173,9 @@ public:
     // The sample thread decodes the audio packets into one list per channel
     // (planar S16P, S32P, FLTP) or one interleaved list (every other format).
     void startSampleThread();
-    // False when the thread did not stop within the bound and was abandoned.
+    // False when the thread did not stop within the bound and was abandoned
+    // with the decoder it holds; the other workers are then stopped too, and
+    // the track gets a decoder of its own again.
     bool stopSampleThread();
     // One turn of the sample thread's loop, exposed so that it can be driven
     // without a thread.
@@ -242,16 +247,17 @@ public:
     // stop run on the main thread; a pass may be run by hand (tests, the
     // probe) only while no pixel thread runs.
     void startPixelThread();
-    // False when the thread did not stop within the bound and was abandoned.
+    // False when the thread did not stop within the bound and was abandoned
+    // with the decoder it holds: no more pictures of the file come.
     bool stopPixelThread();
-    bool hasPixelThread() const { return pixelThread != nullptr; }
+    bool hasPixelThread() const { return pixelThread.isRunning(); }
     // One pass of the pixel thread's loop.
     PixelPassOutcome addBitmapDataOnePass();
     // The video stream's frame rate as the pixel thread paces by it.
     double videoFrameRate() const;
-    // Converts `frame` into the bitmap layout of pixelFormatMode() and
-    // queues it with `ptsSec`, or makes it the seek preview while a seek
-    // shows its picture. `fps` is not used by the conversion.
+    // Converts software picture `frame` into the bitmap layout of
+    // pixelFormatMode() and queues it with `ptsSec`, or makes it the seek
+    // preview while a seek shows its picture. `fps` is not used.
     void addBitmapDataToQueueWithAVFrame(const AVFrame *frame, double ptsSec, double fps);
     // Single-frame display while paused or seeking: feeds `packet` to the
     // decoder and shows the picture that comes out if it is a key frame.
@@ -275,6 +281,11 @@ public:
     // Lets the pixel-path tests deliver pictures to the seek preview without
     // running a whole seek.
     void setIsSeekingVideoForTesting(bool value) { pictures.resetSeekPreview(value); }
+    // Lets the tests of abandoned workers stop them sooner than the 5 s bound.
+    void setWorkerStopBoundForTesting(std::chrono::milliseconds bound) { workerStopBound = bound; }
+    // The decoders of the open file, for tests that make a decode stall.
+    std::weak_ptr<VideoDecoder> videoDecoderForTesting() const { return videoDecoder; }
+    std::weak_ptr<AVCodecContext> audioDecoderForTesting() const { return aCodecCtx; }
 
     // --- Presentation: asked by the video view on the main thread
     // Whether the view asks the decision at every display refresh: on while
@@ -295,7 +306,7 @@ public:
     void drawInCGLContext(const std::function<void(const PictureView &picture)> &draw) const;
 
 private:
-    static void addPacketOnThreadOnlyOne(PacketThreadLink &link,
+    static void addPacketOnThreadOnlyOne(WorkerLink &link, AVFormatContext *formatContext,
                                          const std::function<bool()> &isCancelled);
     bool isPacketReadDue() const;
     // Queues the packet of a read, or ends the packet stream when it failed.
@@ -320,8 +331,28 @@ private:
     void emptyQueues(QueueEmptying emptying);
 
     // --- Audio decoding and sample lists
-    void addSampleToQueueOnThreadOnlyOne(const std::function<bool()> &isCancelled);
-    void decodeAudioPacketIntoSampleLists(const AVPacket &packet);
+    // What one sample turn decodes, owned by the turn, as the pixel pass's.
+    struct AudioDecodingTurn {
+        std::shared_ptr<AVCodecContext> codec;
+        PacketPtr packet;     // a reference to the packet read
+        double ptsSec = 0.0;  // of every frame the packet gives
+    };
+    struct SampleTurnStart {
+        SampleTurnAction action = SampleTurnAction::Sleep;
+        std::optional<AudioDecodingTurn> turn;  // none: the turn ends with `action`
+    };
+    struct DecodedAudio {
+        std::vector<FramePtr> frames;
+        int failures = 0;
+    };
+    static void addSampleToQueueOnThreadOnlyOne(WorkerLink &link,
+                                                const std::function<bool()> &isCancelled);
+    // Under sampleDataThreadMutex: the queue limit, the start of the output,
+    // and the packet to decode.
+    SampleTurnStart beginSampleTurn();
+    static DecodedAudio decodeAudioTurn(const AudioDecodingTurn &turn);
+    // Under sampleDataThreadMutex: queues what the turn decoded.
+    SampleTurnAction finishSampleTurn(const AudioDecodingTurn &turn, DecodedAudio decoded);
     void queueDecodedAudioFrame(const AVFrame &frame, double ptsSec);
     void countAudioDecodingFailure();
     void markEnoughSamplesAndStartOutput();
@@ -366,19 +397,16 @@ private:
     mutable NamedRecursiveMutex drawVideoMutex{"drawVideo"};
 
     // --- FFmpeg handles of the open file. Written on the main thread while
-    // no worker runs; the workers use them between start and stop. The
-    // packet thread shares the format context, so that it outlives a thread
-    // abandoned by the bounded stop.
+    // no worker runs; the workers use them between start and stop. Each
+    // worker shares what it reads or decodes with, so that it outlives a
+    // thread abandoned by the bounded stop.
     std::shared_ptr<AVFormatContext> pFormatCtx;
-    // The device the video decoder decodes on, when it does; declared before
-    // vCodecCtx, which refers to it, so that it is destroyed after it.
-    std::unique_ptr<HardwareVideoDecoding> hardwareDecoding;
-    CodecContextPtr vCodecCtx;
-    CodecContextPtr aCodecCtx;
+    // Let go when the pixel thread is abandoned.
+    std::shared_ptr<VideoDecoder> videoDecoder;
+    // Replaced by a fresh one when the sample thread is abandoned.
+    std::shared_ptr<AVCodecContext> aCodecCtx;
     const AVCodec *vCodec = nullptr;
     const AVCodec *aCodec = nullptr;
-    FramePtr vFrame;  // guarded by bitmapDataThreadMutex
-    FramePtr vFrameForSeeking;
 
     // --- Stream choice and media description
     int videoStreamIdx = -1;
@@ -406,9 +434,10 @@ private:
     int audioOutputChannelsValue = 2;
     bool isQuadValue = false;
 
-    // --- Worker threads
-    std::unique_ptr<WorkerThread> packetThread;
-    std::shared_ptr<PacketThreadLink> packetThreadLink;  // main thread only
+    // --- Worker threads (main thread only)
+    LinkedWorkerThread packetThread;
+    // How long a stop waits for a worker before abandoning it.
+    std::chrono::milliseconds workerStopBound = WorkerThread::kStopTimeout;
 
     // --- Queues
     PacketQueues packets;
@@ -433,7 +462,7 @@ private:
     RecordingAlertPresenter fallbackAlerts;
 
     // --- Audio decoding and sample lists
-    std::unique_ptr<WorkerThread> sampleThread;
+    LinkedWorkerThread sampleThread;
     SampleLists sampleLists{sampleDataQueueMutex};
     SamplePool samplePool;                         // guarded by samplePoolMutex
     std::atomic<bool> isEnoughSampleValue{false};  // written under enoughMutex, read anywhere
@@ -443,7 +472,6 @@ private:
     std::atomic<bool> isFrameSizeZero{false};
     std::atomic<int> countAudioDecodingErrorValue{0};
     int audioFrameSize = 0;  // guarded by sampleDataThreadMutex
-    FramePtr aFrame;         // guarded by sampleDataThreadMutex
 
     // --- Audio output
     AudioOutputUnit output;
@@ -466,11 +494,31 @@ private:
     std::int64_t lastSeekTimestampValue = 0;  // guarded by seekMutex
 
     // --- Pixel thread and bitmap lists
-    void addBitmapDataToQueueOnThreadOnlyOne(const std::function<bool()> &isCancelled);
-    // Feeds the packet just read and takes at most one picture; true when a
-    // picture came out (it is then queued). Runs under bitmapDataThreadMutex.
-    bool decodeVideoPacketIntoQueue(const AVPacket *packet, double fps);
-    void queueDecodedPicture(const AVFrame *frame, const AVPacket *packetJustFed, double fps);
+    // What one pixel pass decodes, owned by the pass: taken from the engine,
+    // decoded without it, and its pictures handed back. A thread abandoned
+    // in the decode thus touches nothing the engine frees.
+    struct VideoDecodingTurn {
+        std::shared_ptr<VideoDecoder> decoder;
+        PacketPtr packet;  // a reference to the packet read; null to drain
+        AVRational timeBase{0, 1};
+    };
+    struct PixelPassStart {
+        PixelPassOutcome outcome = PixelPassOutcome::Idle;
+        std::optional<VideoDecodingTurn> turn;  // none: the pass ends with `outcome`
+    };
+    static void addBitmapDataOnThreadOnlyOne(WorkerLink &link,
+                                             const std::function<bool()> &isCancelled);
+    // Under bitmapDataThreadMutex: the pacing and the late-packet rule, and
+    // the packet to decode (the drain once the packets have ended).
+    PixelPassStart beginPixelPass();
+    // Under bitmapDataThreadMutex: queues what the turn decoded; the packets
+    // read so far leave the list once a picture came out.
+    PixelPassOutcome finishPixelPass(const VideoDecodingTurn &turn,
+                                     std::vector<DecodedVideoPicture> decoded);
+    void queueDecodedPicture(DecodedVideoPicture &picture, const VideoDecodingTurn &turn);
+    // Queues `picture` with `ptsSec`, or makes it the seek preview.
+    void addDecodedPictureToQueue(DecodedVideoPicture &picture, double ptsSec);
+    BitmapData softwareBitmapOf(const AVFrame *frame, double ptsSec);
     // Switches to the first-field layout and posts the notification, both
     // once per file, when `frame` is interlaced.
     void noteInterlacedFrame(const AVFrame *frame);
@@ -480,24 +528,18 @@ private:
     // or on a read error; lets the pixel thread take the pictures the
     // decoder still holds.
     void noteVideoPacketReadFailure();
-    // Takes one picture the decoder still holds after the last packet.
-    bool drainVideoDecoderIntoQueue(double fps);
 
     // --- Hardware decoding (video/hardware/hardware_pictures.cpp)
-    // At open, before the video decoder opens: creates the device for
-    // `path` when the setting and the stream allow and its first pictures
-    // decode, attaches it to vCodecCtx and judges the time stamps; otherwise
-    // logs why once and leaves the software decoder.
-    void openHardwareDecodingForVideoDecoder(const QString &path);
-    bool isHardwareFrame(const AVFrame *frame) const {
-        return hardwareDecoding && hardwareDecoding->isHardwareFrame(*frame);
-    }
-    // Downloads a hardware surface into an NV12 bitmap; black when the
-    // device refuses.
-    BitmapBytes downloadHardwarePicture(const AVFrame *frame);
-    // Puts a hardware picture through the time-stamp rule and queues the
-    // picture it releases, if any. Runs under bitmapDataThreadMutex.
-    void queueHardwarePicture(const AVFrame *frame);
+    // At open, before `context` opens: creates the device for `path` when
+    // the setting and the stream allow and its first pictures decode,
+    // attaches it to `context` and judges the time stamps; otherwise logs
+    // why once and returns null, leaving the software decoder.
+    std::unique_ptr<HardwareVideoDecoding> openHardwareDecodingForVideoDecoder(
+        const QString &path, AVCodecContext &context);
+    void logHardwareDownloadFailureOnce(const DecodedVideoPicture &picture);
+    // Puts a downloaded hardware picture through the time-stamp rule and
+    // queues the picture it releases, if any. Runs under bitmapDataThreadMutex.
+    void queueHardwarePicture(DecodedVideoPicture &picture, int decoderDelayPictures);
     // After the decoder's last picture: queues one picture the rule still
     // holds; false when none is left.
     bool releaseHeldHardwarePicture();
@@ -514,7 +556,7 @@ private:
     enum class VideoDecoderDrainState { Feeding, EndOfFileRead, Draining, Drained };
     std::atomic<VideoDecoderDrainState> videoDecoderDrainState{VideoDecoderDrainState::Feeding};
 
-    std::unique_ptr<WorkerThread> pixelThread;  // main thread only
+    LinkedWorkerThread pixelThread;  // main thread only
     // The bitmap list, the current picture and the seek preview.
     PictureQueues pictures;
     HardwarePictureOrder<BitmapData> hardwarePictureOrder;  // guarded by hardwarePictureOrderMutex

@@ -8,6 +8,7 @@
 #include "engine/clock/stream_time.h"
 #include "engine/demux/media_end.h"
 #include "engine/my_ca_opengl_layer.h"
+#include "engine/video/decoder_feed.h"
 
 namespace tolvane {
 
@@ -56,34 +57,59 @@ void MyCAOpenGLLayer::resetAudioDecodingStateForNewTrack() {
     countAudioDecodingErrorValue = 0;
     isFrameSizeZero = false;
     audioFrameSize = 0;
-    aFrame.reset();
     isAudioDecodingAtEnd = false;
 }
 
 void MyCAOpenGLLayer::startSampleThread() {
-    if (sampleThread) {
-        return;
-    }
-    sampleThread = std::make_unique<WorkerThread>("tolvane-sample",
-                                                  [this](const std::function<bool()> &isCancelled) {
-                                                      addSampleToQueueOnThreadOnlyOne(isCancelled);
-                                                  });
-    sampleThread->start();
+    sampleThread.start("tolvane-sample", *this, &MyCAOpenGLLayer::addSampleToQueueOnThreadOnlyOne);
 }
 
 bool MyCAOpenGLLayer::stopSampleThread() {
-    if (!sampleThread) {
+    if (sampleThread.stop(workerStopBound)) {
         return true;
     }
-    const bool stopped = sampleThread->stop();
-    sampleThread.reset();
-    return stopped;
+    // The abandoned thread keeps the decoder it may still be decoding with.
+    // The track goes on with a fresh one, made once neither the other
+    // workers nor the render callback read the track's decoder.
+    stopPixelThread();
+    stopPacketThread();
+    stopOutputUnit();
+    logWarning(QStringLiteral("the audio decoder did not stop in time: opening it again"));
+    const int streamIndex = audioStreamIdx;
+    aCodecCtx.reset();
+    aCodec = nullptr;
+    if (const std::optional<QString> failure = openAudioDecoderForStream(streamIndex)) {
+        logWarning(QStringLiteral("the audio track %1 could not be opened again (%2)")
+                       .arg(streamIndex)
+                       .arg(*failure));
+    }
+    resetAudioDecodingStateForNewTrack();
+    return false;
 }
 
-void MyCAOpenGLLayer::addSampleToQueueOnThreadOnlyOne(const std::function<bool()> &isCancelled) {
-    NamedLockGuard threadLock(sampleDataThreadMutex);
+void MyCAOpenGLLayer::addSampleToQueueOnThreadOnlyOne(WorkerLink &link,
+                                                      const std::function<bool()> &isCancelled) {
+    // The engine is reached only through the link, and never during the
+    // decode, which may stall for longer than the engine waits for this thread.
     while (!isCancelled()) {
-        if (addSampleOneTurn() == SampleTurnAction::Sleep) {
+        SampleTurnStart start;
+        if (!link.withEngine([&](MyCAOpenGLLayer &engine) {
+                NamedLockGuard threadLock(engine.sampleDataThreadMutex);
+                start = engine.beginSampleTurn();
+            })) {
+            return;
+        }
+        SampleTurnAction action = start.action;
+        if (start.turn) {
+            DecodedAudio decoded = decodeAudioTurn(*start.turn);
+            if (!link.withEngine([&](MyCAOpenGLLayer &engine) {
+                    NamedLockGuard threadLock(engine.sampleDataThreadMutex);
+                    action = engine.finishSampleTurn(*start.turn, std::move(decoded));
+                })) {
+                return;
+            }
+        }
+        if (action == SampleTurnAction::Sleep) {
             sleepForIdleTurn();
         }
     }
@@ -91,8 +117,16 @@ void MyCAOpenGLLayer::addSampleToQueueOnThreadOnlyOne(const std::function<bool()
 
 SampleTurnAction MyCAOpenGLLayer::addSampleOneTurn() {
     NamedLockGuard threadLock(sampleDataThreadMutex);
+    SampleTurnStart start = beginSampleTurn();
+    if (!start.turn) {
+        return start.action;
+    }
+    return finishSampleTurn(*start.turn, decodeAudioTurn(*start.turn));
+}
+
+MyCAOpenGLLayer::SampleTurnStart MyCAOpenGLLayer::beginSampleTurn() {
     if (rateValue.load() == 0.0 || !aCodecCtx || !pFormatCtx || audioStreamIdx < 0) {
-        return SampleTurnAction::Sleep;
+        return {};
     }
     const AVCodecContext &codec = *aCodecCtx;
     if (audioFrameSize == 0) {
@@ -123,16 +157,16 @@ SampleTurnAction MyCAOpenGLLayer::addSampleOneTurn() {
         if (queued > 0 && !isEnoughSampleValue.load()) {
             markEnoughSamplesAndStartOutput();
         }
-        return SampleTurnAction::Sleep;
+        return {};
     }
     if (queued >= limit) {
         markEnoughSamplesAndStartOutput();
-        return SampleTurnAction::Sleep;
+        return {};
     }
 
     if (sampleLists.channel(0).count() == 0 && packets.audioCount() == 0 &&
         packets.videoCount() == 0) {
-        return SampleTurnAction::Sleep;
+        return {};
     }
     const AVPacket *packet = getAudioPacket();
     if (packet == nullptr) {
@@ -148,9 +182,65 @@ SampleTurnAction MyCAOpenGLLayer::addSampleOneTurn() {
         }
         // Audio may have ended before the video: wait a turn instead of
         // spinning on the empty list.
-        return SampleTurnAction::Sleep;
+        return {};
     }
-    decodeAudioPacketIntoSampleLists(*packet);
+    AudioDecodingTurn turn;
+    turn.codec = aCodecCtx;
+    // Every frame of one packet carries the packet's decoding time.
+    const std::int64_t stamp = packet->dts != AV_NOPTS_VALUE   ? packet->dts
+                               : packet->pts != AV_NOPTS_VALUE ? packet->pts
+                                                               : 0;
+    turn.ptsSec = secondsOfStreamTimestamp(stamp, pFormatCtx->streams[audioStreamIdx]->time_base);
+    // A reference of the turn's own: the list may be emptied while a decode
+    // the engine gave up on still reads the packet.
+    turn.packet = makePacket();
+    if (!turn.packet || av_packet_ref(turn.packet.get(), packet) < 0) {
+        return {};
+    }
+    return {SampleTurnAction::Continue, std::move(turn)};
+}
+
+MyCAOpenGLLayer::DecodedAudio MyCAOpenGLLayer::decodeAudioTurn(const AudioDecodingTurn &turn) {
+    AVCodecContext *codec = turn.codec.get();
+    DecodedAudio decoded;
+    FramePtr receiving;
+    auto receiveAllFrames = [&] {
+        bool received = false;
+        for (;;) {
+            if (!receiving) {
+                receiving = makeFrame();
+            }
+            const int result = avcodec_receive_frame(codec, receiving.get());
+            if (result == AVERROR(EAGAIN) || result == AVERROR_EOF) {
+                return received;
+            }
+            if (result < 0) {
+                ++decoded.failures;
+                return received;
+            }
+            decoded.frames.push_back(std::move(receiving));
+            received = true;
+        }
+    };
+    const int sendResult = sendPacketTakingWaitingPictures(
+        [&] { return avcodec_send_packet(codec, turn.packet.get()); }, receiveAllFrames);
+    if (sendResult < 0) {
+        // The packet's bytes are dropped; the thread goes on with the next.
+        ++decoded.failures;
+        return decoded;
+    }
+    receiveAllFrames();
+    return decoded;
+}
+
+SampleTurnAction MyCAOpenGLLayer::finishSampleTurn(const AudioDecodingTurn &turn,
+                                                   DecodedAudio decoded) {
+    for (int failure = 0; failure < decoded.failures; ++failure) {
+        countAudioDecodingFailure();
+    }
+    for (const FramePtr &frame : decoded.frames) {
+        queueDecodedAudioFrame(*frame, turn.ptsSec);
+    }
     removeAudioPacket();
     return SampleTurnAction::Continue;
 }
@@ -172,46 +262,6 @@ void MyCAOpenGLLayer::markEnoughSamplesAndStartOutput() {
 
 void MyCAOpenGLLayer::countAudioDecodingFailure() {
     countAudioDecodingErrorValue = nextAudioDecodingErrorCount(countAudioDecodingErrorValue.load());
-}
-
-void MyCAOpenGLLayer::decodeAudioPacketIntoSampleLists(const AVPacket &packet) {
-    AVCodecContext *codec = aCodecCtx.get();
-    const AVStream *stream = pFormatCtx->streams[audioStreamIdx];
-    // Every frame of one packet carries the packet's decoding time.
-    const std::int64_t stamp = packet.dts != AV_NOPTS_VALUE   ? packet.dts
-                               : packet.pts != AV_NOPTS_VALUE ? packet.pts
-                                                              : 0;
-    const double ptsSec = secondsOfStreamTimestamp(stamp, stream->time_base);
-    if (!aFrame) {
-        aFrame = makeFrame();
-    }
-
-    auto receiveAllFrames = [&] {
-        for (;;) {
-            const int result = avcodec_receive_frame(codec, aFrame.get());
-            if (result == AVERROR(EAGAIN) || result == AVERROR_EOF) {
-                return;
-            }
-            if (result < 0) {
-                countAudioDecodingFailure();
-                return;
-            }
-            queueDecodedAudioFrame(*aFrame, ptsSec);
-            av_frame_unref(aFrame.get());
-        }
-    };
-
-    int sendResult = avcodec_send_packet(codec, &packet);
-    if (sendResult == AVERROR(EAGAIN)) {
-        receiveAllFrames();
-        sendResult = avcodec_send_packet(codec, &packet);
-    }
-    if (sendResult < 0) {
-        // The packet's bytes are dropped; the thread goes on with the next.
-        countAudioDecodingFailure();
-        return;
-    }
-    receiveAllFrames();
 }
 
 void MyCAOpenGLLayer::queueDecodedAudioFrame(const AVFrame &frame, double ptsSec) {

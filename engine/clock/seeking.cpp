@@ -124,8 +124,8 @@ void MyCAOpenGLLayer::setCurrentTimeSec(double currentTimeSecToSeek, bool isOneF
         }
 
         hasReadToTheEnd = false;
-        if (vCodecCtx) {
-            avcodec_flush_buffers(vCodecCtx.get());
+        if (videoDecoder) {
+            videoDecoder->flush();
         }
         if (aCodecCtx) {
             avcodec_flush_buffers(aCodecCtx.get());
@@ -136,7 +136,6 @@ void MyCAOpenGLLayer::setCurrentTimeSec(double currentTimeSecToSeek, bool isOneF
         rebaseClockOnTimeSec(target);
         gNextVideoFramePtsSec = target;
         seekingMovieTimeSec = target;
-        vFrameForSeeking.reset();
 
         if (isOneFrame) {
             displayJustOneVideoFrame(target);

@@ -168,15 +168,20 @@ QString MyCAOpenGLLayer::openMovieFile(const QString &path) {
                 avcodec_find_decoder(audioStream->codecpar->codec_id) == nullptr) {
                 return QStringLiteral("-2005");
             }
-            vCodecCtx = codecContextForStream(vCodec, videoStream);
-            if (!vCodecCtx) {
+            CodecContextPtr videoContext = codecContextForStream(vCodec, videoStream);
+            if (!videoContext) {
                 return codeWithError("-2006", AVERROR(ENOMEM));
             }
-            configureVideoDecoderThreads(*vCodecCtx);
-            openHardwareDecodingForVideoDecoder(path);
-            if (const int error = avcodec_open2(vCodecCtx.get(), vCodec, nullptr); error < 0) {
+            configureVideoDecoderThreads(*videoContext);
+            std::unique_ptr<HardwareVideoDecoding> hardware =
+                openHardwareDecodingForVideoDecoder(path, *videoContext);
+            if (const int error = avcodec_open2(videoContext.get(), vCodec, nullptr); error < 0) {
+                isMacSupportH264AccValue = false;
                 return codeWithError("-2006", error);
             }
+            videoDecoder =
+                std::make_shared<VideoDecoder>(std::move(videoContext), std::move(hardware));
+            const AVCodecContext &videoCodec = videoDecoder->context();
             if (audioStream != nullptr) {
                 if (std::optional<QString> failure = openAudioDecoderForStream(audioStreamIdx)) {
                     return *failure;
@@ -185,12 +190,12 @@ QString MyCAOpenGLLayer::openMovieFile(const QString &path) {
 
             VideoTrack video;
             video.idx = videoStreamIdx;
-            video.codecname = nameOfCodecID(vCodecCtx->codec_id);
-            video.width = vCodecCtx->width;
+            video.codecname = nameOfCodecID(videoCodec.codec_id);
+            video.width = videoCodec.width;
             video.height = heightBeforeOpen;
             video.sourceHeight = heightBeforeOpen;
-            video.pixelformat = nameOfPixelFormat(vCodecCtx->pix_fmt);
-            pixelFormatModeValue = pixelFormatModeFor(vCodecCtx->pix_fmt);
+            video.pixelformat = nameOfPixelFormat(videoCodec.pix_fmt);
+            pixelFormatModeValue = pixelFormatModeFor(videoCodec.pix_fmt);
             if (pixelFormatModeValue == kPixelFormatUnsupported) {
                 showAlert(localizedString("NOPXFMT"), video.pixelformat);
             }

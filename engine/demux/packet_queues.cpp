@@ -41,27 +41,16 @@ void MyCAOpenGLLayer::removeAudioPacket() { packets.removeReadAudio(); }
 void MyCAOpenGLLayer::removeAllAudioPackets() { packets.removeAllAudio(); }
 
 void MyCAOpenGLLayer::startPacketThread() {
-    if (packetThread) {
-        return;
-    }
-    packetThreadLink = std::make_shared<PacketThreadLink>(pFormatCtx, this);
-    packetThread = std::make_unique<WorkerThread>(
-        "tolvane-packet", [link = packetThreadLink](const std::function<bool()> &isCancelled) {
-            addPacketOnThreadOnlyOne(*link, isCancelled);
+    // The thread shares the file, which a read abandoned by the stop may
+    // still use when it returns.
+    packetThread.start(
+        "tolvane-packet", *this,
+        [formatContext = pFormatCtx](WorkerLink &link, const std::function<bool()> &isCancelled) {
+            addPacketOnThreadOnlyOne(link, formatContext.get(), isCancelled);
         });
-    packetThread->start();
 }
 
-void MyCAOpenGLLayer::stopPacketThread() {
-    if (!packetThread) {
-        return;
-    }
-    packetThread->stop();
-    // A thread abandoned in a read finds the engine gone when the read returns.
-    packetThreadLink->cut();
-    packetThreadLink.reset();
-    packetThread.reset();
-}
+void MyCAOpenGLLayer::stopPacketThread() { packetThread.stop(workerStopBound); }
 
 PacketPassAction MyCAOpenGLLayer::packetPassActionFor(double rate, int videoCount, int audioCount) {
     if (rate == 0.0) {
@@ -110,7 +99,7 @@ PacketPassAction MyCAOpenGLLayer::addPacketOnePass() {
     return takeReadResult(readResult, std::move(packet));
 }
 
-void MyCAOpenGLLayer::addPacketOnThreadOnlyOne(PacketThreadLink &link,
+void MyCAOpenGLLayer::addPacketOnThreadOnlyOne(WorkerLink &link, AVFormatContext *formatContext,
                                                const std::function<bool()> &isCancelled) {
     // The engine is reached only through the link, and never during the
     // read, which may stall for longer than the engine waits for this thread.
@@ -127,7 +116,7 @@ void MyCAOpenGLLayer::addPacketOnThreadOnlyOne(PacketThreadLink &link,
             continue;
         }
         PacketPtr packet = makePacket();
-        const int readResult = av_read_frame(link.formatContext(), packet.get());
+        const int readResult = av_read_frame(formatContext, packet.get());
         PacketPassAction action = PacketPassAction::Sleep;
         if (!link.withEngine([&](MyCAOpenGLLayer &engine) {
                 NamedLockGuard threadLock(engine.packetThreadMutex);

@@ -1,10 +1,10 @@
-// The pixel thread: video packets decoded in software into timed bitmaps.
+// The pixel thread: video packets decoded into timed bitmaps.
 
+#include "base/log.h"
 #include "base/notification_center.h"
 #include "engine/clock/stream_time.h"
 #include "engine/my_ca_opengl_layer.h"
 #include "engine/video/bitmap_conversion.h"
-#include "engine/video/decoder_feed.h"
 
 extern "C" {
 #include <libavutil/pixdesc.h>
@@ -58,30 +58,44 @@ bool frameFitsLayout(const AVFrame &frame, BitmapLayout layout) {
 }  // namespace
 
 void MyCAOpenGLLayer::startPixelThread() {
-    if (pixelThread) {
-        return;
-    }
-    pixelThread = std::make_unique<WorkerThread>(
-        "tolvane-pixel", [this](const std::function<bool()> &isCancelled) {
-            addBitmapDataToQueueOnThreadOnlyOne(isCancelled);
-        });
-    pixelThread->start();
+    pixelThread.start("tolvane-pixel", *this, &MyCAOpenGLLayer::addBitmapDataOnThreadOnlyOne);
 }
 
 bool MyCAOpenGLLayer::stopPixelThread() {
-    if (!pixelThread) {
+    if (pixelThread.stop(workerStopBound)) {
         return true;
     }
-    const bool stopped = pixelThread->stop();
-    pixelThread.reset();
-    return stopped;
+    // The abandoned thread keeps the decoder it may still be decoding with,
+    // and the engine lets it go.
+    logWarning(
+        QStringLiteral("the video decoder did not stop in time: no more pictures of this file"));
+    videoDecoder.reset();
+    return false;
 }
 
-void MyCAOpenGLLayer::addBitmapDataToQueueOnThreadOnlyOne(
-    const std::function<bool()> &isCancelled) {
-    NamedLockGuard threadLock(bitmapDataThreadMutex);
+void MyCAOpenGLLayer::addBitmapDataOnThreadOnlyOne(WorkerLink &link,
+                                                   const std::function<bool()> &isCancelled) {
+    // The engine is reached only through the link, and never during the
+    // decode, which may stall for longer than the engine waits for this thread.
     while (!isCancelled()) {
-        const PixelPassOutcome outcome = addBitmapDataOnePass();
+        PixelPassStart start;
+        if (!link.withEngine([&](MyCAOpenGLLayer &engine) {
+                NamedLockGuard threadLock(engine.bitmapDataThreadMutex);
+                start = engine.beginPixelPass();
+            })) {
+            return;
+        }
+        PixelPassOutcome outcome = start.outcome;
+        if (start.turn) {
+            std::vector<DecodedVideoPicture> decoded =
+                start.turn->decoder->decode(start.turn->packet.get());
+            if (!link.withEngine([&](MyCAOpenGLLayer &engine) {
+                    NamedLockGuard threadLock(engine.bitmapDataThreadMutex);
+                    outcome = engine.finishPixelPass(*start.turn, std::move(decoded));
+                })) {
+                return;
+            }
+        }
         if (outcome == PixelPassOutcome::Idle || outcome == PixelPassOutcome::DroppedLatePacket) {
             sleepForIdleTurn();
         }
@@ -98,18 +112,34 @@ double MyCAOpenGLLayer::videoFrameRate() const {
 
 PixelPassOutcome MyCAOpenGLLayer::addBitmapDataOnePass() {
     NamedLockGuard threadLock(bitmapDataThreadMutex);
-    if (!vCodecCtx || !pFormatCtx || videoStreamIdx < 0) {
-        return PixelPassOutcome::Idle;
+    PixelPassStart start = beginPixelPass();
+    if (!start.turn) {
+        return start.outcome;
+    }
+    return finishPixelPass(*start.turn, start.turn->decoder->decode(start.turn->packet.get()));
+}
+
+MyCAOpenGLLayer::PixelPassStart MyCAOpenGLLayer::beginPixelPass() {
+    if (!videoDecoder) {
+        // The decoder was left to a thread abandoned in a decode: the video
+        // packets go unread rather than pile up.
+        while (getVideoPacket() != nullptr) {
+        }
+        removeVideoPacket();
+        return {};
+    }
+    if (!pFormatCtx || videoStreamIdx < 0) {
+        return {};
     }
     const double rate = rateValue.load();
     if (rate == 0.0) {
-        return PixelPassOutcome::Idle;
+        return {};
     }
     const double fps = videoFrameRate();
     const double nowSec = currentTimeSec();
     const std::size_t pictureBytes =
         bitmapByteCountFor(bitmapLayoutFor(pixelFormatModeValue.load(), is10bitModeValue),
-                           vCodecCtx->width, vCodecCtx->height);
+                           videoDecoder->context().width, videoDecoder->context().height);
     const int wanted =
         std::min(wantedBitmapQueueLength(fileDurationSecValue, startTimeSec(), nowSec, fps),
                  bitmapQueueLimitForPictureBytes(pictureBytes));
@@ -118,26 +148,28 @@ PixelPassOutcome MyCAOpenGLLayer::addBitmapDataOnePass() {
                                       drainState == VideoDecoderDrainState::Draining;
     if (pixelPassActionFor(rate, wanted, pictures.count(), packets.videoCount(),
                            packets.audioCount(), decoderHoldsPictures) == PixelPassAction::Sleep) {
-        return PixelPassOutcome::Idle;
+        return {};
     }
 
+    VideoDecodingTurn turn;
+    turn.decoder = videoDecoder;
+    turn.timeBase = pFormatCtx->streams[videoStreamIdx]->time_base;
     const AVPacket *packet = getVideoPacket();
     if (packet == nullptr) {
-        if (drainVideoDecoderIntoQueue(fps)) {
-            return PixelPassOutcome::QueuedPicture;
+        if (decoderHoldsPictures) {
+            return {PixelPassOutcome::NoPictureYet, std::move(turn)};
         }
         // Once the decoder has given its last picture nothing can come before
         // a seek: idle instead of trying again at once.
-        return videoDecoderDrainState.load() == VideoDecoderDrainState::Drained
-                   ? PixelPassOutcome::Idle
-                   : PixelPassOutcome::NoUnreadPacket;
+        return {drainState == VideoDecoderDrainState::Drained ? PixelPassOutcome::Idle
+                                                              : PixelPassOutcome::NoUnreadPacket,
+                std::nullopt};
     }
 
-    const AVRational timeBase = pFormatCtx->streams[videoStreamIdx]->time_base;
     const std::optional<double> packetTimeSec =
         packet->pts == AV_NOPTS_VALUE
             ? std::nullopt
-            : std::optional<double>(secondsOfStreamTimestamp(packet->pts, timeBase));
+            : std::optional<double>(secondsOfStreamTimestamp(packet->pts, turn.timeBase));
     const double seekTargetSec = seekingMovieTimeSec.load();
     const LateVideoPacketJudgement judgement =
         judgeLateVideoPacket(packetTimeSec, (packet->flags & AV_PKT_FLAG_KEY) != 0, nowSec,
@@ -147,45 +179,45 @@ PixelPassOutcome MyCAOpenGLLayer::addBitmapDataOnePass() {
     }
     if (judgement.drop) {
         removeVideoPacket();
-        return PixelPassOutcome::DroppedLatePacket;
+        return {PixelPassOutcome::DroppedLatePacket, std::nullopt};
     }
-
-    return decodeVideoPacketIntoQueue(packet, fps) ? PixelPassOutcome::QueuedPicture
-                                                   : PixelPassOutcome::NoPictureYet;
+    // A reference of the turn's own: the list may be emptied while a decode
+    // the engine gave up on still reads the packet.
+    turn.packet = makePacket();
+    if (!turn.packet || av_packet_ref(turn.packet.get(), packet) < 0) {
+        return {};
+    }
+    return {PixelPassOutcome::NoPictureYet, std::move(turn)};
 }
 
-bool MyCAOpenGLLayer::decodeVideoPacketIntoQueue(const AVPacket *packet, double fps) {
-    if (!vFrame) {
-        vFrame = makeFrame();
+PixelPassOutcome MyCAOpenGLLayer::finishPixelPass(const VideoDecodingTurn &turn,
+                                                  std::vector<DecodedVideoPicture> decoded) {
+    if (!turn.packet) {
+        videoDecoderDrainState = VideoDecoderDrainState::Draining;
+        if (!decoded.empty()) {
+            // No packet was fed for this picture: without a time of its own
+            // it takes the running next time.
+            queueDecodedPicture(decoded.front(), turn);
+            removeVideoPacket();
+            return PixelPassOutcome::QueuedPicture;
+        }
+        if (releaseHeldHardwarePicture()) {
+            return PixelPassOutcome::QueuedPicture;
+        }
+        videoDecoderDrainState = VideoDecoderDrainState::Drained;
+        return PixelPassOutcome::Idle;
     }
-    AVCodecContext *context = vCodecCtx.get();
-    if (hardwareDecoding) {
-        // Comes back on the packet's own picture, for the time-stamp rule.
-        context->reordered_opaque = packet->dts;
-    }
-    bool queued = false;
     // The packets read so far stay in the list until a picture comes out, and
     // are then freed together: a packet the decoder refuses stays read and
     // goes with the next picture.
-    sendPacketTakingWaitingPictures([&] { return avcodec_send_packet(context, packet); },
-                                    [&] {
-                                        if (avcodec_receive_frame(context, vFrame.get()) != 0) {
-                                            return false;
-                                        }
-                                        queueDecodedPicture(vFrame.get(), packet, fps);
-                                        av_frame_unref(vFrame.get());
-                                        queued = true;
-                                        return true;
-                                    });
-    if (!queued && avcodec_receive_frame(context, vFrame.get()) == 0) {
-        queueDecodedPicture(vFrame.get(), packet, fps);
-        av_frame_unref(vFrame.get());
-        queued = true;
+    for (DecodedVideoPicture &picture : decoded) {
+        queueDecodedPicture(picture, turn);
     }
-    if (queued) {
-        removeVideoPacket();
+    if (decoded.empty()) {
+        return PixelPassOutcome::NoPictureYet;
     }
-    return queued;
+    removeVideoPacket();
+    return PixelPassOutcome::QueuedPicture;
 }
 
 void MyCAOpenGLLayer::noteVideoPacketReadFailure() {
@@ -195,50 +227,26 @@ void MyCAOpenGLLayer::noteVideoPacketReadFailure() {
     videoDecoderDrainState.compare_exchange_strong(feeding, VideoDecoderDrainState::EndOfFileRead);
 }
 
-bool MyCAOpenGLLayer::drainVideoDecoderIntoQueue(double fps) {
-    const VideoDecoderDrainState state = videoDecoderDrainState.load();
-    if (state == VideoDecoderDrainState::Feeding || state == VideoDecoderDrainState::Drained) {
-        return false;
-    }
-    if (!vFrame) {
-        vFrame = makeFrame();
-    }
-    if (state == VideoDecoderDrainState::EndOfFileRead) {
-        avcodec_send_packet(vCodecCtx.get(), nullptr);
-        videoDecoderDrainState = VideoDecoderDrainState::Draining;
-    }
-    if (avcodec_receive_frame(vCodecCtx.get(), vFrame.get()) != 0) {
-        if (releaseHeldHardwarePicture()) {
-            return true;
-        }
-        videoDecoderDrainState = VideoDecoderDrainState::Drained;
-        return false;
-    }
-    // No packet was fed for this picture: without a time of its own it takes
-    // the running next time.
-    const PacketPtr noPacket = makePacket();
-    queueDecodedPicture(vFrame.get(), noPacket.get(), fps);
-    av_frame_unref(vFrame.get());
-    removeVideoPacket();
-    return true;
-}
-
-void MyCAOpenGLLayer::queueDecodedPicture(const AVFrame *frame, const AVPacket *packetJustFed,
-                                          double fps) {
-    if (hardwareDecoding && !isHardwareFrame(frame)) {
+void MyCAOpenGLLayer::queueDecodedPicture(DecodedVideoPicture &picture,
+                                          const VideoDecodingTurn &turn) {
+    const AVFrame *frame = picture.frame.get();
+    if (turn.decoder->isHardware() && !picture.nv12) {
         noteSoftwarePictureFromHardwareDecoder();
-    } else if (isHardwareFrame(frame)) {
+    } else if (picture.nv12) {
+        logHardwareDownloadFailureOnce(picture);
         // The seek's picture is shown as it comes, timed by its own stamp.
         if (!pictures.isSeekPreviewDue()) {
-            queueHardwarePicture(frame);
+            queueHardwarePicture(picture, turn.decoder->context().has_b_frames);
             return;
         }
     }
-    const PictureTime time = pictureTimeFor(
-        frame->best_effort_timestamp, packetJustFed->pts, packetJustFed->dts,
-        pFormatCtx->streams[videoStreamIdx]->time_base, gNextVideoFramePtsSec.load());
+    const AVPacket *packet = turn.packet.get();
+    const PictureTime time = pictureTimeFor(frame->best_effort_timestamp,
+                                            packet != nullptr ? packet->pts : AV_NOPTS_VALUE,
+                                            packet != nullptr ? packet->dts : AV_NOPTS_VALUE,
+                                            turn.timeBase, gNextVideoFramePtsSec.load());
     gNextVideoFramePtsSec = time.nextVideoFramePtsSec;
-    addBitmapDataToQueueWithAVFrame(frame, time.ptsSec, fps);
+    addDecodedPictureToQueue(picture, time.ptsSec);
 }
 
 void MyCAOpenGLLayer::noteInterlacedFrame(const AVFrame *frame) {
@@ -258,69 +266,53 @@ BitmapLayout MyCAOpenGLLayer::softwareLayoutNotingInterlacing(const AVFrame *fra
     return bitmapLayoutFor(pixelFormatModeValue.load(), is10bitModeValue);
 }
 
-void MyCAOpenGLLayer::addBitmapDataToQueueWithAVFrame(const AVFrame *frame, double ptsSec,
-                                                      double /*fps*/) {
-    const bool isHardware = isHardwareFrame(frame);
-    const BitmapLayout layout =
-        isHardware ? BitmapLayout::Nv12From420p8 : softwareLayoutNotingInterlacing(frame);
-    BitmapBytes bitmap;
-    if (isHardware) {
-        bitmap = downloadHardwarePicture(frame);
+BitmapData MyCAOpenGLLayer::softwareBitmapOf(const AVFrame *frame, double ptsSec) {
+    const BitmapLayout layout = softwareLayoutNotingInterlacing(frame);
+    BitmapBytes bitmap(bitmapByteCountFor(layout, frame->width, frame->height));
+    if (frameFitsLayout(*frame, layout)) {
+        convertPictureToBitmap(layout, planarViewOf(*frame), frame->top_field_first != 0,
+                               bitmap.data());
     } else {
-        bitmap.resize(bitmapByteCountFor(layout, frame->width, frame->height));
-        if (frameFitsLayout(*frame, layout)) {
-            convertPictureToBitmap(layout, planarViewOf(*frame), frame->top_field_first != 0,
-                                   bitmap.data());
-        } else {
-            // A picture the layout cannot read is shown blank, keeping its time slot.
-            std::fill(bitmap.begin(), bitmap.end(), std::uint8_t{0});
-        }
+        // A picture the layout cannot read is shown blank, keeping its time slot.
+        std::fill(bitmap.begin(), bitmap.end(), std::uint8_t{0});
     }
-
-    pictures.addOrMakeSeekPreview(
-        BitmapData{std::move(bitmap), ptsSec, frame->width, frame->height, layout});
+    return BitmapData{std::move(bitmap), ptsSec, frame->width, frame->height, layout};
 }
 
-bool MyCAOpenGLLayer::decodingJustOneVideoFrameForNormal(const AVPacket *packet, double fps) {
-    if (!vCodecCtx || !pFormatCtx || videoStreamIdx < 0 || packet == nullptr) {
+void MyCAOpenGLLayer::addBitmapDataToQueueWithAVFrame(const AVFrame *frame, double ptsSec,
+                                                      double /*fps*/) {
+    pictures.addOrMakeSeekPreview(softwareBitmapOf(frame, ptsSec));
+}
+
+void MyCAOpenGLLayer::addDecodedPictureToQueue(DecodedVideoPicture &picture, double ptsSec) {
+    const AVFrame *frame = picture.frame.get();
+    if (!picture.nv12) {
+        pictures.addOrMakeSeekPreview(softwareBitmapOf(frame, ptsSec));
+        return;
+    }
+    pictures.addOrMakeSeekPreview(BitmapData{std::move(*picture.nv12), ptsSec, frame->width,
+                                             frame->height, BitmapLayout::Nv12From420p8});
+}
+
+bool MyCAOpenGLLayer::decodingJustOneVideoFrameForNormal(const AVPacket *packet, double /*fps*/) {
+    if (!videoDecoder || !pFormatCtx || videoStreamIdx < 0 || packet == nullptr) {
         return false;
     }
-    if (!vFrameForSeeking) {
-        vFrameForSeeking = makeFrame();
-    }
-    AVCodecContext *context = vCodecCtx.get();
     // The first picture out is the one judged; any other waiting in the
-    // decoder only makes room for the packet.
-    bool gotPicture = false;
-    FramePtr surplus;
-    sendPacketTakingWaitingPictures(
-        [&] { return avcodec_send_packet(context, packet); },
-        [&] {
-            if (!gotPicture) {
-                gotPicture = avcodec_receive_frame(context, vFrameForSeeking.get()) == 0;
-                return gotPicture;
-            }
-            if (!surplus) {
-                surplus = makeFrame();
-            }
-            const bool got = avcodec_receive_frame(context, surplus.get()) == 0;
-            av_frame_unref(surplus.get());
-            return got;
-        });
-    if (!gotPicture) {
-        gotPicture = avcodec_receive_frame(context, vFrameForSeeking.get()) == 0;
+    // decoder only made room for the packet.
+    std::vector<DecodedVideoPicture> decoded = videoDecoder->decode(packet);
+    if (decoded.empty() || decoded.front().frame->key_frame == 0) {
+        return false;
     }
-    const bool shown = gotPicture && vFrameForSeeking->key_frame != 0;
-    if (shown) {
-        // The preview's time is not used for drawing; the picture's own time
-        // serves, and the time given to untimed pictures is left alone.
-        const PictureTime time = pictureTimeFor(
-            vFrameForSeeking->best_effort_timestamp, packet->pts, packet->dts,
-            pFormatCtx->streams[videoStreamIdx]->time_base, gNextVideoFramePtsSec.load());
-        addBitmapDataToQueueWithAVFrame(vFrameForSeeking.get(), time.ptsSec, fps);
-    }
-    vFrameForSeeking.reset();
-    return shown;
+    DecodedVideoPicture &picture = decoded.front();
+    logHardwareDownloadFailureOnce(picture);
+    // The preview's time is not used for drawing; the picture's own time
+    // serves, and the time given to untimed pictures is left alone.
+    const PictureTime time = pictureTimeFor(
+        picture.frame->best_effort_timestamp, packet->pts, packet->dts,
+        pFormatCtx->streams[videoStreamIdx]->time_base, gNextVideoFramePtsSec.load());
+    addDecodedPictureToQueue(picture, time.ptsSec);
+    return true;
 }
 
 }  // namespace tolvane

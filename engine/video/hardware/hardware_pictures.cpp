@@ -6,15 +6,11 @@
 #include "base/log.h"
 #include "engine/clock/stream_time.h"
 #include "engine/my_ca_opengl_layer.h"
-#include "engine/video/hardware/nv12_bitmap.h"
 #include "engine/video/hardware/pts_check.h"
 
 namespace tolvane {
 
 namespace {
-
-constexpr std::uint8_t kBlackLuma = 16;
-constexpr std::uint8_t kNeutralChroma = 128;
 
 std::optional<std::int64_t> stampOrNothing(std::int64_t stamp) {
     return stamp == AV_NOPTS_VALUE ? std::nullopt : std::optional<std::int64_t>(stamp);
@@ -22,13 +18,13 @@ std::optional<std::int64_t> stampOrNothing(std::int64_t stamp) {
 
 }  // namespace
 
-void MyCAOpenGLLayer::openHardwareDecodingForVideoDecoder(const QString &path) {
+std::unique_ptr<HardwareVideoDecoding> MyCAOpenGLLayer::openHardwareDecodingForVideoDecoder(
+    const QString &path, AVCodecContext &context) {
     isMacSupportH264AccValue = false;
-    hardwareDecoding.reset();
     const AVStream *stream = pFormatCtx->streams[videoStreamIdx];
     if (!isUseH264AccValue) {
         hardwareDecodingReasonValue = QStringLiteral("hardware decoding is off in the settings");
-        return;
+        return nullptr;
     }
     std::optional<std::string> refusal = hardwareDecodingRefusalFor(*stream->codecpar);
     if (!refusal && stream->codecpar->field_order != AV_FIELD_UNKNOWN &&
@@ -56,53 +52,47 @@ void MyCAOpenGLLayer::openHardwareDecodingForVideoDecoder(const QString &path) {
             logInfo(
                 QStringLiteral("H.264 decoded in software: %1").arg(hardwareDecodingReasonValue));
         }
-        return;
+        return nullptr;
     }
 
-    hardwareDecoding = std::move(decoding);
-    hardwareDecoding->attachTo(*vCodecCtx);
+    decoding->attachTo(context);
     hardwareDecodingReasonValue.clear();
     isMacSupportH264AccValue = true;
     hasLoggedHardwareDownloadFailure = false;
     const int flag = checkPTS(encodedPath.constData());
-    NamedLockGuard lock(hardwarePictureOrderMutex);
-    flagMessPTSValue = flag;
-    hardwarePictureOrder.reset(secondsPerStreamUnit(stream->time_base), videoFrameRate(), flag);
+    {
+        NamedLockGuard lock(hardwarePictureOrderMutex);
+        flagMessPTSValue = flag;
+        hardwarePictureOrder.reset(secondsPerStreamUnit(stream->time_base), videoFrameRate(), flag);
+    }
     logInfo(QStringLiteral("H.264 decoded in hardware (%1), time stamps %2")
-                .arg(QLatin1String(hardwareDecoding->deviceName()),
-                     flag == kFlagMessPTSUnusable ? QStringLiteral("unusable")
-                                                  : QStringLiteral("usable")));
+                .arg(QLatin1String(decoding->deviceName()), flag == kFlagMessPTSUnusable
+                                                                ? QStringLiteral("unusable")
+                                                                : QStringLiteral("usable")));
+    return decoding;
 }
 
-BitmapBytes MyCAOpenGLLayer::downloadHardwarePicture(const AVFrame *frame) {
-    BitmapBytes bitmap(nv12ByteCountFor(frame->width, frame->height));
-    std::string reason;
-    if (hardwareDecoding->transferToNv12(*frame, bitmap.data(), reason)) {
-        return bitmap;
+void MyCAOpenGLLayer::logHardwareDownloadFailureOnce(const DecodedVideoPicture &picture) {
+    if (picture.downloadFailure.empty() || hasLoggedHardwareDownloadFailure) {
+        return;
     }
-    if (!hasLoggedHardwareDownloadFailure) {
-        hasLoggedHardwareDownloadFailure = true;
-        logWarning(
-            QStringLiteral("hardware picture shown black: %1").arg(QString::fromStdString(reason)));
-    }
-    // Black, keeping the picture's time slot.
-    const std::size_t chroma = nv12ChromaOffsetFor(frame->width, frame->height);
-    std::fill(bitmap.begin(), bitmap.begin() + std::ptrdiff_t(chroma), kBlackLuma);
-    std::fill(bitmap.begin() + std::ptrdiff_t(chroma), bitmap.end(), kNeutralChroma);
-    return bitmap;
+    hasLoggedHardwareDownloadFailure = true;
+    logWarning(QStringLiteral("hardware picture shown black: %1")
+                   .arg(QString::fromStdString(picture.downloadFailure)));
 }
 
-void MyCAOpenGLLayer::queueHardwarePicture(const AVFrame *frame) {
-    BitmapData picture{downloadHardwarePicture(frame), 0.0, frame->width, frame->height,
-                       BitmapLayout::Nv12From420p8};
+void MyCAOpenGLLayer::queueHardwarePicture(DecodedVideoPicture &picture, int decoderDelayPictures) {
+    const AVFrame &frame = *picture.frame;
+    BitmapData bitmap{std::move(*picture.nv12), 0.0, frame.width, frame.height,
+                      BitmapLayout::Nv12From420p8};
     std::optional<HardwarePictureOrder<BitmapData>::Released> released;
     {
         NamedLockGuard lock(hardwarePictureOrderMutex);
         // The decoder hands back the decoding stamp of each picture's own
         // packet through reordered_opaque (set before each send).
         released = hardwarePictureOrder.properImageBufferAndPTS(
-            std::move(picture), stampOrNothing(frame->pts), stampOrNothing(frame->reordered_opaque),
-            vCodecCtx->has_b_frames, gNextVideoFramePtsSec.load());
+            std::move(bitmap), stampOrNothing(frame.pts), stampOrNothing(frame.reordered_opaque),
+            decoderDelayPictures, gNextVideoFramePtsSec.load());
     }
     if (released) {
         gNextVideoFramePtsSec = released->nextVideoFramePtsSec;

@@ -46,6 +46,7 @@ TEST(AbandonedPacketThreadTest, ResetWithinTheBoundWhileAReadStallsOnAPipe) {
         ::close(writer);
     });
     MyCAOpenGLLayer engine;
+    engine.setWorkerStopBoundForTesting(100ms);
     ASSERT_EQ(engine.openMovieFile(QFile::decodeName(pipePath)), QLatin1String(kOpenSucceeded));
     engine.setRate(1.0);
     engine.startPacketThread();
