@@ -17,12 +17,16 @@ DrawDecision decideDraw(const DrawDecisionState &state) {
     decision.clearBuffers = !state.hasPlayedAudio && !state.hasCurrentFrame;
 
     if (state.isResized) {
-        // Redraw the current frame at the new size.
         if (decision.countAfterChangeScreen == 0) {
             decision.isResized = false;
         }
-        decision.answer = state.hasCurrentFrame;
-        return decision;
+        // Redraw the current frame at the new size. With none yet (the
+        // window's first sizing comes as a file starts) the next picture is
+        // judged as usual: it is drawn at the new size all the same.
+        if (state.hasCurrentFrame) {
+            decision.answer = true;
+            return decision;
+        }
     }
     if (state.isSeekingVideo) {
         decision.isSeekingVideoCleared = true;
@@ -33,7 +37,11 @@ DrawDecision decideDraw(const DrawDecisionState &state) {
         return decision;
     }
     const double behindSec = state.currentTimeSec - *state.nextFrameTimeSec;
-    if (behindSec < 0.0) {
+    // The first picture is shown as soon as it is decoded, early or not, as a
+    // paused picture is: the clock waits for it (the audio output holds its
+    // count until a picture is on screen), so waiting for the clock would
+    // leave the screen black for good.
+    if (behindSec < 0.0 && state.hasCurrentFrame) {
         decision.frameAction = NextFrameAction::OfferAgain;
         return decision;
     }
