@@ -36,12 +36,20 @@ DrawDecision decideDraw(const DrawDecisionState &state) {
     if (!state.nextFrameTimeSec) {
         return decision;
     }
+    // The first picture is shown as soon as it is decoded, whatever its time,
+    // as a paused picture is: the clock waits for it (the audio output holds
+    // its count until a picture is on screen), so waiting for the clock would
+    // leave the screen black for good; and should the clock have run on (a
+    // machine too busy to draw within the hold), a late first picture is
+    // still better than black until a due one comes.
+    if (!state.hasCurrentFrame) {
+        decision.frameAction = NextFrameAction::MakeCurrent;
+        decision.isSkipping = false;
+        decision.answer = true;
+        return decision;
+    }
     const double behindSec = state.currentTimeSec - *state.nextFrameTimeSec;
-    // The first picture is shown as soon as it is decoded, early or not, as a
-    // paused picture is: the clock waits for it (the audio output holds its
-    // count until a picture is on screen), so waiting for the clock would
-    // leave the screen black for good.
-    if (behindSec < 0.0 && state.hasCurrentFrame) {
+    if (behindSec < 0.0) {
         decision.frameAction = NextFrameAction::OfferAgain;
         return decision;
     }
