@@ -234,8 +234,6 @@ void AppController::showLoadedFileState(const QUrl &url) {
 }
 
 void AppController::loadMovieFileForFF(const QUrl &url) {
-    shownPictureMode = PictureMode::ffmpeg;
-    Q_EMIT pictureModeChanged(shownPictureMode);
     const ReOpenFields &reOpen = playlistState.reOpen;
     const Tracks &tracks = myGLLayer->tracks();
     {
@@ -265,6 +263,11 @@ void AppController::loadMovieFileForFF(const QUrl &url) {
             myGLLayer->setRate(1.0);
         }
     }
+    // Told once the engine's threads run: the view that shows the pictures
+    // brings up its OpenGL window (at launch, loading the driver) meanwhile
+    // rather than before them.
+    shownPictureMode = PictureMode::ffmpeg;
+    Q_EMIT pictureModeChanged(shownPictureMode);
     isAutoPlayed = true;
     movieTimer.start();
     Q_EMIT inspectorChanged();

@@ -66,11 +66,6 @@ int main(int argc, char **argv) {
     if (SingleInstance::handOverToRunningInstance(paths)) {
         return 0;
     }
-    if (!canCreateOpenGLContext()) {
-        QTextStream(stderr) << localizedString("NOOPENGL") << '\n';
-        return 1;
-    }
-
     MessageBoxInteraction interaction;
     auto nativePlayer = std::make_unique<LazyNativeModePlayer>();
     LazyNativeModePlayer *nativePlayerShown = nativePlayer.get();
@@ -129,6 +124,15 @@ int main(int argc, char **argv) {
             urls.append(QUrl::fromLocalFile(path));
         }
         controller.openPanelOK(urls);
+    }
+    // Checked this late because the check loads the OpenGL driver, the
+    // longest step of a launch: the file's first picture is decoded meanwhile
+    // on the engine's threads. The picture's window draws nothing before the
+    // event loop (an alert about the file aside), and no sound plays before
+    // it has drawn the first picture.
+    if (!canCreateOpenGLContext()) {
+        QTextStream(stderr) << localizedString("NOOPENGL") << '\n';
+        return 1;
     }
     return QApplication::exec();
 }

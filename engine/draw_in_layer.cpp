@@ -22,9 +22,9 @@ bool MyCAOpenGLLayer::canDrawInCGLContext(PictureDecision *outcome) {
 
     NamedLockGuard bitmapLock(pictures.mutex());
     state.hasCurrentFrame = pictures.hasCurrentPicture();
-    // The next picture is looked at only when neither a resize nor a seek
-    // preview decides the refresh.
-    if (!state.isResized && !state.isSeekingVideo) {
+    // The next picture is looked at only when neither a resize (with a
+    // picture to redraw) nor a seek preview decides the refresh.
+    if ((!state.isResized || !state.hasCurrentFrame) && !state.isSeekingVideo) {
         if (const BitmapData *next = pictures.read()) {
             state.nextFrameTimeSec = next->ptsSec;
         }
@@ -39,6 +39,11 @@ bool MyCAOpenGLLayer::canDrawInCGLContext(PictureDecision *outcome) {
     }
     if (decision.isSeekingVideoCleared) {
         pictures.endSeekPreview();
+        // Taken by the drawing only now: the clock, held for a first picture,
+        // starts with it rather than at the seek.
+        if (state.hasCurrentFrame) {
+            hasPictureOnScreen = true;
+        }
     }
     if (decision.isSkipping) {
         isSkippingValue = *decision.isSkipping;

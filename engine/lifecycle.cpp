@@ -77,6 +77,7 @@ void MyCAOpenGLLayer::cleanBeforeOpenFile() {
 
         pictures.forgetCurrentPicture();
         hasPictureOnScreen = false;
+        framesHeldForFirstPicture = 0;
         hasReadToTheEnd = false;
     });
 }

@@ -364,6 +364,9 @@ private:
     // given (buffering, underrun), after the idle step.
     bool renderAudioFrames(std::uint32_t numberFrames, std::uint8_t *interleavedOut);
     void idleStepOfAudioCallbackWithEnoughMutexHeld(std::uint32_t numberFrames);
+    // The callback: true while the clock waits for the first picture, counting
+    // `numberFrames` as held.
+    bool isClockHeldForFirstPicture(std::uint32_t numberFrames);
     bool hasPicturesLeftToShow() const;
     // Nothing is left to show, or the clock has reached the file's end.
     bool isPlaybackAtItsEnd() const;
@@ -485,6 +488,9 @@ private:
     // Whether a picture is current (a seek preview or a shown frame), for the
     // callback, which may not wait for bitmapDataQueueMutex.
     std::atomic<bool> hasPictureOnScreen{false};
+    // Output frames the callback has held back for the first picture since
+    // the file opened; written by the callback, reset by the reset.
+    std::atomic<std::int64_t> framesHeldForFirstPicture{0};
     std::atomic<bool> isSkippingValue{false};
     // The packet thread's last read failed (the end of the file); a seek
     // clears it. Until then more pictures may come however empty the lists.

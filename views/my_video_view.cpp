@@ -255,6 +255,14 @@ void MyVideoView::paintSurface() {
     if (source == nullptr) {
         renderer.clear(viewport);
     } else {
+        // The window's first paint, its exposure, is the longest (the driver
+        // sets up its drawing) and may start just after the first refresh
+        // found no picture: it asks a decision of its own, so that a first
+        // picture decoded meanwhile is not left for the paint after it.
+        if (draws == 0 && source->isAsynchronous()) {
+            ++decisions;
+            source->canDrawPicture();
+        }
         ++draws;
         source->drawPicture(renderer, viewport);
     }

@@ -8,6 +8,7 @@
 #include "base/log.h"
 #include "base/operation_boundary.h"
 #include "engine/audio/audio_output_device.h"
+#include "engine/clock/clock_start_rules.h"
 #include "engine/my_ca_opengl_layer.h"
 
 namespace tolvane {
@@ -168,6 +169,9 @@ void MyCAOpenGLLayer::callbackUpdateAudioFrameInNumberFrames(std::uint32_t numbe
         numberFrames = std::uint32_t(streamBytes / frameBytes);
     }
     numberFrames = std::min<std::uint32_t>(numberFrames, std::uint32_t(streamBytes / frameBytes));
+    if (isClockHeldForFirstPicture(numberFrames)) {
+        return;
+    }
 
     // The pool serves at most `capacity` frames at once; devices ask for
     // exactly that, so this loops once unless a driver chose a longer period.
@@ -236,6 +240,22 @@ bool MyCAOpenGLLayer::renderAudioFrames(std::uint32_t numberFrames, std::uint8_t
         output.volume(), outputDeviceChannels, interleavedOut);
 
     sampleClock.addOutputtedSamples(numberFrames);
+    return true;
+}
+
+bool MyCAOpenGLLayer::isClockHeldForFirstPicture(std::uint32_t numberFrames) {
+    if (isPictureOnScreen()) {
+        return false;
+    }
+    ClockHoldInputs inputs;
+    inputs.hasVideo = videoStreamIdx >= 0;
+    inputs.hasPicturesLeftToShow = hasPicturesLeftToShow();
+    inputs.framesHeld = framesHeldForFirstPicture.load();
+    inputs.sampleRate = clockSampleRate();
+    if (!shouldHoldClockForFirstPicture(inputs)) {
+        return false;
+    }
+    framesHeldForFirstPicture += numberFrames;
     return true;
 }
 

@@ -194,7 +194,6 @@ void MyCAOpenGLLayer::displayJustOneVideoFrame(double targetSec) {
                 seekingMovieTimeSec = secondsOfStreamTimestamp(dts, videoTimeBase);
             }
             removeVideoPacket();
-            hasPictureOnScreen = true;
             setAsynchronous(true);
             return;
         }

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 namespace tolvane {
 namespace {
 
@@ -19,21 +21,30 @@ DrawDecisionState playing(std::optional<double> nextFrameTimeSec) {
 TEST(DrawDecision, NextFrameByHowFarItIsFromTheClock) {
     struct Case {
         std::optional<double> frameTime;
+        bool hasCurrentFrame;
         bool answer;
         NextFrameAction action;
         std::optional<bool> isSkipping;
     };
     const Case cases[] = {
-        {9.9, true, NextFrameAction::MakeCurrent, false},           // 0.1 s behind: shown
-        {10.0, true, NextFrameAction::MakeCurrent, false},          // exactly due
-        {9.85, true, NextFrameAction::MakeCurrent, false},          // near the limit
-        {9.8, false, NextFrameAction::Discard, true},               // 0.2 s behind: dropped
-        {10.05, false, NextFrameAction::OfferAgain, std::nullopt},  // early: next time
-        {std::nullopt, false, NextFrameAction::None, std::nullopt},
+        {9.9, true, true, NextFrameAction::MakeCurrent, false},           // 0.1 s behind: shown
+        {10.0, true, true, NextFrameAction::MakeCurrent, false},          // exactly due
+        {9.85, true, true, NextFrameAction::MakeCurrent, false},          // near the limit
+        {9.8, true, false, NextFrameAction::Discard, true},               // 0.2 s behind: dropped
+        {10.05, true, false, NextFrameAction::OfferAgain, std::nullopt},  // early: next time
+        {std::nullopt, true, false, NextFrameAction::None, std::nullopt},
+        // The first picture does not wait for the clock, which waits for it,
+        // and is better shown late than not at all.
+        {10.05, false, true, NextFrameAction::MakeCurrent, false},
+        {12.0, false, true, NextFrameAction::MakeCurrent, false},
+        {9.8, false, true, NextFrameAction::MakeCurrent, false},
     };
     for (const Case &c : cases) {
-        const DrawDecision decision = decideDraw(playing(c.frameTime));
-        const double shown = c.frameTime.value_or(-1.0);
+        DrawDecisionState state = playing(c.frameTime);
+        state.hasCurrentFrame = c.hasCurrentFrame;
+        const DrawDecision decision = decideDraw(state);
+        const std::string shown = std::to_string(c.frameTime.value_or(-1.0)) +
+                                  (c.hasCurrentFrame ? " after a picture" : " first");
         EXPECT_EQ(decision.answer, c.answer) << shown;
         EXPECT_EQ(decision.frameAction, c.action) << shown;
         EXPECT_EQ(decision.isSkipping, c.isSkipping) << shown;
@@ -82,8 +93,13 @@ TEST(DrawDecision, AfterAResizeTheOldFrameIsRedrawnWithoutTakingANewOne) {
     EXPECT_FALSE(decision.rebuildDrawingState);
     EXPECT_FALSE(decision.stopAsynchronous);
 
+    // Nothing to redraw yet: the next picture is judged as without a resize.
     state.hasCurrentFrame = false;
-    EXPECT_FALSE(decideDraw(state).answer) << "nothing to redraw yet";
+    decision = decideDraw(state);
+    EXPECT_TRUE(decision.answer);
+    EXPECT_EQ(decision.frameAction, NextFrameAction::MakeCurrent);
+    state.nextFrameTimeSec.reset();
+    EXPECT_FALSE(decideDraw(state).answer);
     state.rate = 0.0;
     EXPECT_TRUE(decideDraw(state).stopAsynchronous) << "resized while paused: no more refreshes";
 }

@@ -1,10 +1,12 @@
-// How playback starts: the clock on the streams' start, and a video without
-// sound timed by the silent output. Played through the real threads.
+// How playback starts: the clock on the streams' start, waiting for the first
+// picture, and a video without sound timed by the silent output. Played
+// through the real threads.
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 
+#include "engine/clock/clock_start_rules.h"
 #include "engine/my_ca_opengl_layer.h"
 #include "support/qt_printers.h"
 #include "support/test_media.h"
@@ -62,7 +64,37 @@ TEST_F(PlaybackStartTest, TheClockStartsOnTheStreamsStartAndTheFirstPictureIsSho
         ASSERT_TRUE(first.has_value()) << "no picture shown";
         EXPECT_LT(first->ptsSec - c.startSec, 0.1);
         EXPECT_LT(std::abs(first->ptsSec - first->clockSec), 0.1);
+        // The output ran meanwhile, but the clock waited for the picture.
+        EXPECT_NEAR(first->clockSec, c.startSec, 1e-3);
         engine.cleanBeforeOpenFile();
+    }
+}
+
+TEST(ClockStart, TheClockWaitsForTheFirstPictureAsLongAsOneMayCome) {
+    struct Case {
+        const char *name;
+        bool hasVideo;
+        bool isPictureOnScreen;
+        bool hasPicturesLeftToShow;
+        std::int64_t framesHeld;
+        bool holds;
+    };
+    const Case cases[] = {
+        {"opened, nothing decoded yet", true, false, true, 0, true},
+        {"first picture on screen", true, true, true, 0, false},
+        {"held almost half a second", true, false, true, 23999, true},
+        {"held half a second: sound without pictures", true, false, true, 24000, false},
+        {"the video gives no picture at all", true, false, false, 0, false},
+        {"no video", false, false, false, 0, false},
+    };
+    for (const Case &c : cases) {
+        ClockHoldInputs inputs;
+        inputs.hasVideo = c.hasVideo;
+        inputs.isPictureOnScreen = c.isPictureOnScreen;
+        inputs.hasPicturesLeftToShow = c.hasPicturesLeftToShow;
+        inputs.framesHeld = c.framesHeld;
+        inputs.sampleRate = 48000;
+        EXPECT_EQ(shouldHoldClockForFirstPicture(inputs), c.holds) << c.name;
     }
 }
 

@@ -68,7 +68,6 @@ TEST_F(PictureLayoutChangeTest, CurrentPictureIsDrawnWithTheLayoutItWasConverted
             engine.addBitmapDataToQueueWithAVFrame(frame.get(), 0.0, 25.0);
             engine.setIs10bitMode(!c.is10bitWhenConverted);
             if (throughTheList) {
-                engine.canDrawInCGLContext();  // the first decision after opening redraws
                 PictureDecision decision;
                 engine.canDrawInCGLContext(&decision);
                 ASSERT_EQ(decision.kind, PictureDecision::Kind::Shown);
