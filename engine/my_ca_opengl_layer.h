@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -286,6 +287,11 @@ public:
     // The decoders of the open file, for tests that make a decode stall.
     std::weak_ptr<VideoDecoder> videoDecoderForTesting() const { return videoDecoder; }
     std::weak_ptr<AVCodecContext> audioDecoderForTesting() const { return aCodecCtx; }
+    // Runs on the sample thread once it has found the rate playing and before
+    // it starts the output: lets a test pause in between.
+    void setBeforeSampleThreadStartsOutputForTesting(std::function<void()> hook) {
+        beforeSampleThreadStartsOutputForTesting = std::move(hook);
+    }
 
     // --- Presentation: asked by the video view on the main thread
     // Whether the view asks the decision at every display refresh: on while
@@ -441,6 +447,7 @@ private:
     LinkedWorkerThread packetThread;
     // How long a stop waits for a worker before abandoning it.
     std::chrono::milliseconds workerStopBound = WorkerThread::kStopTimeout;
+    std::function<void()> beforeSampleThreadStartsOutputForTesting;
 
     // --- Queues
     PacketQueues packets;

@@ -256,6 +256,9 @@ void MyCAOpenGLLayer::markEnoughSamplesAndStartOutput() {
     // the start would otherwise be undone, and sound play while paused.
     NamedLockGuard rateLock(rateMutex);
     if (rateValue.load() != 0.0) {
+        if (beforeSampleThreadStartsOutputForTesting) {
+            beforeSampleThreadStartsOutputForTesting();
+        }
         startOutputUnit();
     }
 }

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <future>
+
 #include "engine/my_ca_opengl_layer.h"
 #include "support/qt_printers.h"
 #include "support/test_media.h"
@@ -28,6 +31,39 @@ TEST(SampleThread, FramesLargerThanThePoolAreQueuedWhole) {
     EXPECT_EQ(engine.readedSampleCount(), 60000);
     ASSERT_EQ(engine.sampleDataCountForChannel(0), 1);
     EXPECT_EQ(engine.getSampleData(0)->data.size(), 240000u);
+}
+
+// A pause that falls between the sample thread's look at the rate and its
+// start of the output must win: the output stays stopped. The pause is asked
+// from another thread at that very moment; setRate() may only go through once
+// the start is done, or it would be undone by it.
+TEST(SampleThread, APauseWhileTheOutputStartsKeepsItStopped) {
+    MyCAOpenGLLayer engine;
+    ASSERT_EQ(engine.openMovieFile(test::mediaPath("pcm_long_frames.mkv")),
+              QLatin1String(kOpenSucceeded));
+    // Playing, with the output stopped, as after the queue ran dry.
+    engine.setRate(1.0);
+    ASSERT_TRUE(engine.setDefaultOutputAUWithVolume(1.0f));
+    ASSERT_FALSE(engine.isRunningOutputUnit());
+    std::future<void> pause;
+    engine.setBeforeSampleThreadStartsOutputForTesting([&] {
+        if (!pause.valid()) {
+            pause = std::async(std::launch::async, [&] { engine.setRate(0.0); });
+            pause.wait_for(std::chrono::milliseconds(200));
+        }
+    });
+    for (int pass = 0; pass < 1000 && !pause.valid(); ++pass) {
+        if (engine.audioPacketCount() == 0) {
+            engine.addPacketOnePass();
+            engine.removeAllVideoPackets();
+        } else {
+            engine.addSampleOneTurn();
+        }
+    }
+    ASSERT_TRUE(pause.valid()) << "the sample thread never started the output";
+    pause.get();
+    EXPECT_EQ(engine.rate(), 0.0);
+    EXPECT_FALSE(engine.isRunningOutputUnit());
 }
 
 }  // namespace
