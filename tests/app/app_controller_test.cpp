@@ -198,7 +198,8 @@ TEST_F(ControllerTest, PlaylistRowsNeverWaitForTheDurationsOfTheirFiles) {
     copyMedia("h264_aac_8s.mkv", "show/Show 02.mkv");
     AppController &c = launch();
     int rowChanges = 0;
-    QObject::connect(&c, &AppController::playlistRowsChanged, [&] { ++rowChanges; });
+    QObject counting;  // the controller outlives this body: counting ends with it
+    QObject::connect(&c, &AppController::playlistRowsChanged, &counting, [&] { ++rowChanges; });
     c.openFile(tree.path("show/Show 01.mkv"));
     c.engine().setCurrentTimeSec(4.0, true);
     c.clickNextFileButton();
@@ -294,7 +295,9 @@ TEST_F(CarryOverTest, SubtitlesOpenedAloneAreReadAgainWithoutReloadingTheVideo) 
     ASSERT_EQ(c.subtitle().entryCount(), 1);
     c.changeAudioTrack(2);
     int pictureModeChanges = 0;
-    QObject::connect(&c, &AppController::pictureModeChanged, [&] { ++pictureModeChanges; });
+    QObject counting;  // the fixture's quit after this body changes the mode too
+    QObject::connect(&c, &AppController::pictureModeChanged, &counting,
+                     [&] { ++pictureModeChanges; });
 
     const QUrl subtitle = tree.touch("show/Show 01.srt", "1\n00:00:00,000 --> 00:00:01,000\nHi\n");
     // Dropped on the window: the view posts the paths.
