@@ -86,6 +86,17 @@ TEST(BitmapConversion, OddLastRowAndColumnAreLeftZero) {
         << "the third row has no partner and stays unwritten";
 }
 
+// NV12 keeps the luma rows and interleaves the chroma, rounded up at odd sizes.
+TEST(BitmapConversion, Nv12FromPaddedPlanesOfAnOddSize) {
+    SyntheticPicture picture(3, 3, 1, 2, 2);
+    picture.fill(0, [](int x, int y) { return 10 * y + x; });
+    picture.fill(1, [](int x, int y) { return 100 + 10 * y + x; });
+    picture.fill(2, [](int x, int y) { return 200 + 10 * y + x; });
+    const std::vector<std::uint8_t> expected = {0,   1,   2,   10,  11,  12,  20,  21, 22,
+                                                100, 200, 101, 201, 110, 210, 111, 211};
+    EXPECT_EQ(convert(BitmapLayout::Nv12From420p8, picture.view), expected);
+}
+
 TEST(BitmapConversion, FirstFieldTakesRowsOfTheFieldsParity) {
     SyntheticPicture picture(2, 8, 1, 1, 4);
     picture.fill(0, [](int x, int y) { return 10 * y + x; });
