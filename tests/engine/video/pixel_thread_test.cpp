@@ -79,28 +79,6 @@ TEST_F(PixelPathTest, InterlacedFileSwitchesToTheFirstFieldOncePostingOnce) {
     EXPECT_FALSE(engine.isInterlaced());
 }
 
-TEST_F(PixelPathTest, TenBitLayoutsFollowTheTenBitSetting) {
-    struct Case {
-        const char *file;
-        bool is10bit;
-        std::size_t bytesPerPicture;
-    };
-    constexpr std::size_t kPixels = 320u * 240u;
-    const Case cases[] = {
-        {"h264_10bit_444.mkv", false, kPixels * 4}, {"h264_10bit_444.mkv", true, kPixels * 8},
-        {"h264_10bit_420.mkv", true, kPixels * 8},  {"h264_10bit_420.mkv", false, kPixels * 2},
-        {"yuv422p.mkv", true, kPixels * 3 / 2},  // unsupported: read as 4:2:0, in NV12
-        {"yuvj420p.mkv", true, kPixels * 3 / 2},
-    };
-    for (const Case &c : cases) {
-        engine.setIs10bitMode(c.is10bit);
-        open(c.file);
-        const std::vector<BitmapData> pictures = decodePictures(1);
-        ASSERT_FALSE(pictures.empty()) << c.file;
-        EXPECT_EQ(pictures[0].data.size(), c.bytesPerPicture) << c.file << c.is10bit;
-    }
-}
-
 TEST_F(PixelPathTest, ThreadsFillTheListToTheWantedLengthAndStop) {
     open("h264_aac.mkv");
     engine.startPacketThread();
