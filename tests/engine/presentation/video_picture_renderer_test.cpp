@@ -49,34 +49,25 @@ struct PlanarPicture {
 
 PlanarPicture planarQuadrants(int width, int height, const Yuv (&quadrant)[4]) {
     PlanarPicture picture;
-    const int chromaWidth = (width + 1) / 2;
-    const int chromaHeight = (height + 1) / 2;
-    const auto colourAt = [&](int x, int y) -> const Yuv & {
-        return quadrant[(y < height / 2 ? 0 : 2) + (x < width / 2 ? 0 : 1)];
-    };
-    picture.planes[0].resize(std::size_t(width) * height);
-    for (int y = 0; y < height; ++y) {
-        for (int x = 0; x < width; ++x) {
-            picture.planes[0][std::size_t(y) * width + x] = colourAt(x, y).y;
-        }
-    }
-    for (int plane = 1; plane < 3; ++plane) {
-        picture.planes[plane].resize(std::size_t(chromaWidth) * chromaHeight);
-        for (int y = 0; y < chromaHeight; ++y) {
-            for (int x = 0; x < chromaWidth; ++x) {
-                const Yuv &colour = colourAt(2 * x, 2 * y);
-                picture.planes[plane][std::size_t(y) * chromaWidth + x] =
-                    plane == 1 ? colour.u : colour.v;
-            }
-        }
-    }
-    const std::ptrdiff_t strides[3] = {width, chromaWidth, chromaWidth};
-    for (int plane = 0; plane < 3; ++plane) {
-        picture.view.planes[plane] = picture.planes[plane].data();
-        picture.view.strides[plane] = strides[plane];
-    }
     picture.view.width = width;
     picture.view.height = height;
+    for (int plane = 0; plane < 3; ++plane) {
+        const int shift = plane == 0 ? 0 : 1;  // chroma rounded up at odd sizes
+        const int planeWidth = (width + shift) >> shift;
+        const int planeHeight = (height + shift) >> shift;
+        picture.planes[plane].resize(std::size_t(planeWidth) * planeHeight);
+        for (int y = 0; y < planeHeight; ++y) {
+            for (int x = 0; x < planeWidth; ++x) {
+                const Yuv &colour = quadrant[((y << shift) < height / 2 ? 0 : 2) +
+                                             ((x << shift) < width / 2 ? 0 : 1)];
+                picture.planes[plane][std::size_t(y) * planeWidth + x] = plane == 0   ? colour.y
+                                                                         : plane == 1 ? colour.u
+                                                                                      : colour.v;
+            }
+        }
+        picture.view.planes[plane] = picture.planes[plane].data();
+        picture.view.strides[plane] = planeWidth;
+    }
     return picture;
 }
 
