@@ -9,8 +9,8 @@
 #include <chrono>
 #include <cstdlib>
 #include <future>
+#include <optional>
 #include <random>
-#include <thread>
 
 #include "engine/my_ca_opengl_layer.h"
 #include "support/qt_printers.h"
@@ -24,7 +24,7 @@ using namespace std::chrono_literals;
 constexpr double kClipSec = 1.0;
 // Past the end the clock may go by the last callback of audio, not more.
 constexpr double kClockToleranceSec = 0.25;
-constexpr auto kGiveUpAfter = 5s;
+constexpr int kGiveUpAfterMsec = 5000;
 constexpr auto kLastingStop = 300ms;
 
 void flip(QByteArray &bytes, std::mt19937 &random, double fraction) {
@@ -88,24 +88,21 @@ Outcome play(const QString &path, QString row) {
         return outcome;
     }
     engine.setRate(1.0);
-    const auto giveUpAt = std::chrono::steady_clock::now() + kGiveUpAfter;
-    auto stoppedSince = std::chrono::steady_clock::time_point::max();
-    while (std::chrono::steady_clock::now() < giveUpAt) {
-        PictureDecision decision;
-        engine.canDrawInCGLContext(&decision);
-        outcome.picturesShown += decision.kind == PictureDecision::Kind::Shown ? 1 : 0;
-        outcome.clockEndSec = std::max(outcome.clockEndSec, engine.currentTimeSec());
-        const auto now = std::chrono::steady_clock::now();
-        if (engine.isRunningOutputUnit()) {
-            stoppedSince = std::chrono::steady_clock::time_point::max();
-        } else if (stoppedSince == std::chrono::steady_clock::time_point::max()) {
-            stoppedSince = now;
-        } else if (now - stoppedSince >= kLastingStop) {
-            outcome.isEndReached = true;
-            break;
-        }
-        std::this_thread::sleep_for(5ms);
-    }
+    std::optional<std::chrono::steady_clock::time_point> stoppedSince;
+    outcome.isEndReached = test::waitUntil(
+        [&] {
+            PictureDecision decision;
+            engine.canDrawInCGLContext(&decision);
+            outcome.picturesShown += decision.kind == PictureDecision::Kind::Shown ? 1 : 0;
+            outcome.clockEndSec = std::max(outcome.clockEndSec, engine.currentTimeSec());
+            if (engine.isRunningOutputUnit()) {
+                stoppedSince.reset();
+            } else if (!stoppedSince) {
+                stoppedSince = std::chrono::steady_clock::now();
+            }
+            return stoppedSince && std::chrono::steady_clock::now() - *stoppedSince >= kLastingStop;
+        },
+        kGiveUpAfterMsec);
     return outcome;
 }
 
