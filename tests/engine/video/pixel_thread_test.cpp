@@ -58,6 +58,12 @@ TEST_F(PixelPathTest, PictureTimesRiseSteadilyInDisplayOrderWithBFrames) {
     EXPECT_EQ(pictures.front().width, 320);
     EXPECT_EQ(pictures.front().height, 240);
     EXPECT_EQ(pictures.front().data.size(), 320u * 240u * 3u / 2u) << "NV12";
+
+    // The seek's flush makes the decoder take packets, and a later end, again.
+    engine.setCurrentTimeSec(0.0, false);
+    const std::vector<BitmapData> again = decodePictures(100);
+    ASSERT_EQ(again.size(), 50u);
+    EXPECT_NEAR(again.back().ptsSec, 1.981, 1e-9);
 }
 
 TEST_F(PixelPathTest, InterlacedFileSwitchesToTheFirstFieldOncePostingOnce) {
