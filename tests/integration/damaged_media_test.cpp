@@ -9,8 +9,8 @@
 #include <chrono>
 #include <cstdlib>
 #include <future>
+#include <optional>
 #include <random>
-#include <thread>
 
 #include "engine/my_ca_opengl_layer.h"
 #include "support/qt_printers.h"
@@ -24,68 +24,44 @@ using namespace std::chrono_literals;
 constexpr double kClipSec = 1.0;
 // Past the end the clock may go by the last callback of audio, not more.
 constexpr double kClockToleranceSec = 0.25;
-constexpr auto kGiveUpAfter = 5s;
+constexpr int kGiveUpAfterMsec = 5000;
 constexpr auto kLastingStop = 300ms;
 
-enum class Damage { None, Truncate10, Truncate50, Truncate90, Flip01, Flip1, Zero64K, Header };
+void flip(QByteArray &bytes, std::mt19937 &random, double fraction) {
+    const auto size = std::size_t(bytes.size());
+    for (std::size_t n = std::max<std::size_t>(1, std::size_t(double(size) * fraction)); n > 0;
+         --n) {
+        bytes[qsizetype(random() % size)] ^= char(1 + random() % 255);
+    }
+}
 
-struct DamageRow {
-    Damage damage;
-    const char *name;
-};
+// A fixed seed and mt19937's raw output: the same bytes on every machine.
+using Damage = void (*)(QByteArray &bytes, std::mt19937 &random);
 
-constexpr DamageRow kDamages[] = {
-    {Damage::None, "intact"},           {Damage::Truncate10, "cut at 10%"},
-    {Damage::Truncate50, "cut at 50%"}, {Damage::Truncate90, "cut at 90%"},
-    {Damage::Flip01, "0.1% flipped"},   {Damage::Flip1, "1% flipped"},
-    {Damage::Zero64K, "64 KB zeroed"},  {Damage::Header, "header randomised"},
+const std::pair<const char *, Damage> kDamages[] = {
+    {"intact", [](QByteArray &, std::mt19937 &) {}},
+    {"cut at 10%", [](QByteArray &bytes, std::mt19937 &) { bytes.truncate(bytes.size() / 10); }},
+    {"cut at 50%", [](QByteArray &bytes, std::mt19937 &) { bytes.truncate(bytes.size() / 2); }},
+    {"cut at 90%",
+     [](QByteArray &bytes, std::mt19937 &) { bytes.truncate(bytes.size() * 9 / 10); }},
+    {"0.1% flipped", [](QByteArray &bytes, std::mt19937 &random) { flip(bytes, random, 0.001); }},
+    {"1% flipped", [](QByteArray &bytes, std::mt19937 &random) { flip(bytes, random, 0.01); }},
+    {"64 KB zeroed",
+     [](QByteArray &bytes, std::mt19937 &) {
+         const qsizetype from = std::max<qsizetype>(0, bytes.size() / 2 - 32768);
+         std::fill(bytes.begin() + from, bytes.begin() + std::min(bytes.size(), from + 65536),
+                   '\0');
+     }},
+    {"header randomised",
+     [](QByteArray &bytes, std::mt19937 &random) {
+         for (qsizetype i = 0; i < std::min<qsizetype>(bytes.size(), 4096); ++i) {
+             bytes[i] = char(random());
+         }
+     }},
 };
 
 constexpr const char *kClips[] = {"short_h264_aac.mkv", "short_h264_aac.mp4", "short_mpeg2_mp2.ts",
                                   "short_hevc_aac.mkv", "short_vp9_opus.webm"};
-
-QByteArray damaged(QByteArray bytes, Damage damage) {
-    // A fixed seed and mt19937's raw output: the same bytes on every machine.
-    std::mt19937 random(20261122);
-    const auto size = std::size_t(bytes.size());
-    auto flip = [&](double fraction) {
-        for (std::size_t n = std::max<std::size_t>(1, std::size_t(double(size) * fraction)); n > 0;
-             --n) {
-            bytes[qsizetype(random() % size)] ^= char(1 + random() % 255);
-        }
-    };
-    switch (damage) {
-        case Damage::None:
-            break;
-        case Damage::Truncate10:
-            bytes.truncate(qsizetype(size / 10));
-            break;
-        case Damage::Truncate50:
-            bytes.truncate(qsizetype(size / 2));
-            break;
-        case Damage::Truncate90:
-            bytes.truncate(qsizetype(size * 9 / 10));
-            break;
-        case Damage::Flip01:
-            flip(0.001);
-            break;
-        case Damage::Flip1:
-            flip(0.01);
-            break;
-        case Damage::Zero64K: {
-            const std::size_t from = size / 2 > 32768 ? size / 2 - 32768 : 0;
-            std::fill(bytes.begin() + qsizetype(from),
-                      bytes.begin() + qsizetype(std::min(size, from + 65536)), '\0');
-            break;
-        }
-        case Damage::Header:
-            for (std::size_t i = 0; i < std::min<std::size_t>(size, 4096); ++i) {
-                bytes[qsizetype(i)] = char(random());
-            }
-            break;
-    }
-    return bytes;
-}
 
 struct Outcome {
     QString row;
@@ -112,24 +88,21 @@ Outcome play(const QString &path, QString row) {
         return outcome;
     }
     engine.setRate(1.0);
-    const auto giveUpAt = std::chrono::steady_clock::now() + kGiveUpAfter;
-    auto stoppedSince = std::chrono::steady_clock::time_point::max();
-    while (std::chrono::steady_clock::now() < giveUpAt) {
-        PictureDecision decision;
-        engine.canDrawInCGLContext(&decision);
-        outcome.picturesShown += decision.kind == PictureDecision::Kind::Shown ? 1 : 0;
-        outcome.clockEndSec = std::max(outcome.clockEndSec, engine.currentTimeSec());
-        const auto now = std::chrono::steady_clock::now();
-        if (engine.isRunningOutputUnit()) {
-            stoppedSince = std::chrono::steady_clock::time_point::max();
-        } else if (stoppedSince == std::chrono::steady_clock::time_point::max()) {
-            stoppedSince = now;
-        } else if (now - stoppedSince >= kLastingStop) {
-            outcome.isEndReached = true;
-            break;
-        }
-        std::this_thread::sleep_for(5ms);
-    }
+    std::optional<std::chrono::steady_clock::time_point> stoppedSince;
+    outcome.isEndReached = test::waitUntil(
+        [&] {
+            PictureDecision decision;
+            engine.canDrawInCGLContext(&decision);
+            outcome.picturesShown += decision.kind == PictureDecision::Kind::Shown ? 1 : 0;
+            outcome.clockEndSec = std::max(outcome.clockEndSec, engine.currentTimeSec());
+            if (engine.isRunningOutputUnit()) {
+                stoppedSince.reset();
+            } else if (!stoppedSince) {
+                stoppedSince = std::chrono::steady_clock::now();
+            }
+            return stoppedSince && std::chrono::steady_clock::now() - *stoppedSince >= kLastingStop;
+        },
+        kGiveUpAfterMsec);
     return outcome;
 }
 
@@ -142,13 +115,16 @@ TEST(DamagedMediaTest, EachVariantFailsWithACodeOrPlaysToItsEnd) {
         QFile source(test::mediaPath(clip));
         ASSERT_TRUE(source.open(QIODevice::ReadOnly)) << clip;
         const QByteArray bytes = source.readAll();
-        for (const DamageRow &row : kDamages) {
-            const QString name = QStringLiteral("%1, %2").arg(clip, row.name);
+        for (const auto &[damageName, damage] : kDamages) {
+            const QString name = QStringLiteral("%1, %2").arg(clip, damageName);
             const QString path =
                 folder.filePath(QString::number(plays.size()) + QLatin1Char('-') + clip);
+            QByteArray damaged = bytes;
+            std::mt19937 random(20261122);
+            damage(damaged, random);
             QFile variant(path);
             ASSERT_TRUE(variant.open(QIODevice::WriteOnly));
-            variant.write(damaged(bytes, row.damage));
+            variant.write(damaged);
             variant.close();
             // Several at once: each plays in real time and mostly waits.
             plays.push_back(std::async(std::launch::async, play, path, name));

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcessEnvironment>
@@ -34,8 +33,6 @@ TEST(ProbeCommands, ExitCodeAndResultPerCommand) {
         {{"frames", mediaPath("h264_aac.mkv"), "--count", "x"}, 2, nullptr},
         {{"play", mediaPath("h264_aac.mkv"), "--seek", "soon"}, 2, nullptr},
         {{"tracks", mediaPath("audio_first.mkv")}, 0, "+1000"},
-        {{"tracks", mediaPath("video_only.mkv")}, 0, "+1000"},
-        {{"tracks", mediaPath("no_timestamps.h264")}, 1, "-2003"},
         {{"tracks", mediaPath("random.mkv")}, 1, "-2000"},
         {{"frames", mediaPath("audio_only.mka")}, 1, "-2002"},
         {{"play", mediaPath("audio_only.mka")}, 1, "-2002"},
@@ -50,7 +47,7 @@ TEST(ProbeCommands, ExitCodeAndResultPerCommand) {
     }
 }
 
-TEST(ProbeCommands, FramesPrintsTheFirstPicturesWithTimeSizeAndChecksum) {
+TEST(ProbeCommands, FramesPrintsTheFirstPicturesWithTimeAndChecksum) {
     const test::ProbeRun run = runProbe({"frames", mediaPath("h264_aac.mkv"), "--count", "5"});
     EXPECT_EQ(run.exitCode, 0);
     QList<QJsonObject> lines;
@@ -64,10 +61,6 @@ TEST(ProbeCommands, FramesPrintsTheFirstPicturesWithTimeSizeAndChecksum) {
     for (int i = 0; i < lines.size(); ++i) {
         EXPECT_EQ(lines[i]["index"].toInt(), i);
         EXPECT_NEAR(lines[i]["time"].toDouble(), 0.021 + 0.04 * i, 1e-9);
-        EXPECT_EQ(lines[i]["width"].toInt(), 320);
-        EXPECT_EQ(lines[i]["height"].toInt(), 240);
-        EXPECT_EQ(lines[i]["bytes"].toInt(), 320 * 240 * 3 / 2);
-        EXPECT_EQ(lines[i]["pixelFormatMode"].toInt(), 42010);
         EXPECT_EQ(lines[i]["checksum"].toString().size(), 8);
         checksums.insert(lines[i]["checksum"].toString());
     }
@@ -101,56 +94,6 @@ TEST(ProbeCommands, PlaySeeksIntoTheLastTwoSecondsAndStopsAfterTheGivenTime) {
     EXPECT_GE(clockStartSec, 8.020);
     EXPECT_LE(clockStartSec, 8.021 + 1.0 / 59.0 + 0.001);
     EXPECT_FALSE(run.json["outputStopped"].toBool(true)) << "stopped by --for, not the end";
-}
-
-// Where no hardware device opens (a machine without GPU), the setting falls
-// back to software for every file: each fixture gives the same pictures,
-// times and checksums with it on as with it off, to the last picture.
-TEST(ProbeCommands, HardwareSettingWithoutDeviceDecodesEveryFixtureAsSoftware) {
-    const QStringList fixtures =
-        QDir(QStringLiteral(TOLVANE_TEST_MEDIA_DIR)).entryList(QDir::Files, QDir::Name);
-    ASSERT_GT(fixtures.size(), 20);
-    int compared = 0;
-    for (const QString &fixture : fixtures) {
-        const QString path = mediaPath(fixture.toUtf8().constData());
-        const test::ProbeRun tracks = runProbe({"tracks", path});
-        if (tracks.json["isMacSupportH264Acc"].toBool()) {
-            continue;  // a device works here: its pictures are NV12 by design
-        }
-        const test::ProbeRun on =
-            runProbe({"frames", path, "--count", "1000", "--hardware-decoding", "on"});
-        const test::ProbeRun off =
-            runProbe({"frames", path, "--count", "1000", "--hardware-decoding", "off"});
-        EXPECT_EQ(on.exitCode, off.exitCode) << fixture.toStdString();
-        EXPECT_EQ(on.standardOutput, off.standardOutput) << fixture.toStdString();
-        ++compared;
-    }
-    if (compared == 0) {
-        GTEST_SKIP() << "every H.264 fixture is decoded by this machine's device";
-    }
-}
-
-TEST(ProbeCommands, TracksSaysWhetherHardwareDecodingWouldBeUsedAndWhyNot) {
-    struct Case {
-        const char *file;
-        const char *reasonStart;  // when no device works here
-    };
-    const Case cases[] = {
-        {"h264_aac.mkv", "no device: "},
-        {"short_hevc_aac.mkv", "the video is hevc, not H.264"},
-        {"h264_10bit_420.mkv", "the pictures are yuv420p10le, not yuv420p"},
-    };
-    for (const Case &c : cases) {
-        const test::ProbeRun run = runProbe({"tracks", mediaPath(c.file)});
-        ASSERT_EQ(run.exitCode, 0) << c.file;
-        const bool isHardware = run.json["isMacSupportH264Acc"].toBool();
-        const QString reason = run.json["hardwareDecodingReason"].toString();
-        EXPECT_EQ(isHardware, reason.isEmpty()) << c.file;
-        if (!isHardware) {
-            EXPECT_TRUE(reason.startsWith(QLatin1String(c.reasonStart)))
-                << c.file << ": " << reason.toStdString();
-        }
-    }
 }
 
 }  // namespace

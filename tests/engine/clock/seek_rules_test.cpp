@@ -56,11 +56,5 @@ TEST(SeekRules, TargetsNearEitherEndOfTheIndexAreMovedInside) {
     }
 }
 
-TEST(SeekRules, FailedTriesStepBackASecondNotBelowZero) {
-    EXPECT_DOUBLE_EQ(targetAfterFailedSeek(3.5), 2.5);
-    EXPECT_DOUBLE_EQ(targetAfterFailedSeek(0.4), 0.0);
-    EXPECT_DOUBLE_EQ(targetAfterFailedSeek(0.0), 0.0);
-}
-
 }  // namespace
 }  // namespace tolvane

@@ -60,7 +60,6 @@ TEST_F(PacketListTest, OtherStreamsArePacketsDroppedAtOnce) {
 }
 
 TEST_F(PacketListTest, EndOfFileKeepsTheThreadAliveAndTheListsDrainable) {
-    engine.stopPacketThread();  // without a thread: nothing to do
     engine.setRate(1.0);
     engine.startPacketThread();
     // The whole 2 s file fits under the limits, so every packet gets queued.
@@ -74,7 +73,6 @@ TEST_F(PacketListTest, EndOfFileKeepsTheThreadAliveAndTheListsDrainable) {
     EXPECT_TRUE(engine.hasPacketThread());
     engine.removeVideoPacket();
     EXPECT_EQ(engine.videoPacketCount(), 0);
-    engine.stopPacketThread();
     engine.stopPacketThread();
     EXPECT_FALSE(engine.hasPacketThread());
 }

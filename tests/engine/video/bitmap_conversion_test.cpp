@@ -58,32 +58,29 @@ std::vector<std::uint8_t> convert(BitmapLayout layout, const PlanarPictureView &
     return bitmap;
 }
 
-TEST(BitmapConversion, Packs420p8AsUY0VY1WithOneChromaRowPerTwoRows) {
-    SyntheticPicture picture(4, 4, 1, 2, 2);
-    picture.fill(0, [](int x, int y) { return 10 * y + x; });
-    picture.fill(1, [](int x, int y) { return 100 + 10 * y + x; });
-    picture.fill(2, [](int x, int y) { return 200 + 10 * y + x; });
-    const std::vector<std::uint8_t> expected = {
-        100, 0,  200, 1,  101, 2,  201, 3,   // row 0, chroma row 0
-        100, 10, 200, 11, 101, 12, 201, 13,  // row 1, chroma row 0
-        110, 20, 210, 21, 111, 22, 211, 23,  // row 2, chroma row 1
-        110, 30, 210, 31, 111, 32, 211, 33,
-    };
-    EXPECT_EQ(convert(BitmapLayout::Packed422From420p8, picture.view), expected);
-}
-
 TEST(BitmapConversion, OddLastRowAndColumnAreLeftZero) {
-    SyntheticPicture picture(5, 3, 1, 3, 2);
-    picture.fill(0, [](int, int) { return 50; });
-    picture.fill(1, [](int, int) { return 60; });
-    picture.fill(2, [](int, int) { return 70; });
+    SyntheticPicture picture(5, 3, 2, 3, 2);
+    picture.fill(0, [](int, int) { return 50 << 2; });
+    picture.fill(1, [](int, int) { return 60 << 2; });
+    picture.fill(2, [](int, int) { return 70 << 2; });
     const std::vector<std::uint8_t> bitmap =
-        convert(BitmapLayout::Packed422From420p8, picture.view);
+        convert(BitmapLayout::Packed422From420p10, picture.view);
     ASSERT_EQ(bitmap.size(), 5u * 3u * 2u);
     const std::uint8_t written[] = {60, 50, 70, 50, 60, 50, 70, 50, 0, 0};
     EXPECT_TRUE(std::equal(std::begin(written), std::end(written), bitmap.begin()));
     EXPECT_TRUE(std::all_of(bitmap.begin() + 20, bitmap.end(), [](auto b) { return b == 0; }))
         << "the third row has no partner and stays unwritten";
+}
+
+// NV12 keeps the luma rows and interleaves the chroma, rounded up at odd sizes.
+TEST(BitmapConversion, Nv12FromPaddedPlanesOfAnOddSize) {
+    SyntheticPicture picture(3, 3, 1, 2, 2);
+    picture.fill(0, [](int x, int y) { return 10 * y + x; });
+    picture.fill(1, [](int x, int y) { return 100 + 10 * y + x; });
+    picture.fill(2, [](int x, int y) { return 200 + 10 * y + x; });
+    const std::vector<std::uint8_t> expected = {0,   1,   2,   10,  11,  12,  20,  21, 22,
+                                                100, 200, 101, 201, 110, 210, 111, 211};
+    EXPECT_EQ(convert(BitmapLayout::Nv12From420p8, picture.view), expected);
 }
 
 TEST(BitmapConversion, FirstFieldTakesRowsOfTheFieldsParity) {

@@ -58,6 +58,12 @@ TEST_F(PixelPathTest, PictureTimesRiseSteadilyInDisplayOrderWithBFrames) {
     EXPECT_EQ(pictures.front().width, 320);
     EXPECT_EQ(pictures.front().height, 240);
     EXPECT_EQ(pictures.front().data.size(), 320u * 240u * 3u / 2u) << "NV12";
+
+    // The seek's flush makes the decoder take packets, and a later end, again.
+    engine.setCurrentTimeSec(0.0, false);
+    const std::vector<BitmapData> again = decodePictures(100);
+    ASSERT_EQ(again.size(), 50u);
+    EXPECT_NEAR(again.back().ptsSec, 1.981, 1e-9);
 }
 
 TEST_F(PixelPathTest, InterlacedFileSwitchesToTheFirstFieldOncePostingOnce) {
@@ -77,28 +83,6 @@ TEST_F(PixelPathTest, InterlacedFileSwitchesToTheFirstFieldOncePostingOnce) {
     }
     engine.cleanBeforeOpenFile();
     EXPECT_FALSE(engine.isInterlaced());
-}
-
-TEST_F(PixelPathTest, TenBitLayoutsFollowTheTenBitSetting) {
-    struct Case {
-        const char *file;
-        bool is10bit;
-        std::size_t bytesPerPicture;
-    };
-    constexpr std::size_t kPixels = 320u * 240u;
-    const Case cases[] = {
-        {"h264_10bit_444.mkv", false, kPixels * 4}, {"h264_10bit_444.mkv", true, kPixels * 8},
-        {"h264_10bit_420.mkv", true, kPixels * 8},  {"h264_10bit_420.mkv", false, kPixels * 2},
-        {"yuv422p.mkv", true, kPixels * 3 / 2},  // unsupported: read as 4:2:0, in NV12
-        {"yuvj420p.mkv", true, kPixels * 3 / 2},
-    };
-    for (const Case &c : cases) {
-        engine.setIs10bitMode(c.is10bit);
-        open(c.file);
-        const std::vector<BitmapData> pictures = decodePictures(1);
-        ASSERT_FALSE(pictures.empty()) << c.file;
-        EXPECT_EQ(pictures[0].data.size(), c.bytesPerPicture) << c.file << c.is10bit;
-    }
 }
 
 TEST_F(PixelPathTest, ThreadsFillTheListToTheWantedLengthAndStop) {

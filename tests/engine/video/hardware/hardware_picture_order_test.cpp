@@ -1,16 +1,11 @@
-// The time-stamp rule of hardware pictures, with numbered pictures and with
-// pictures decoded in software standing in for the device's.
+// The time-stamp rule of hardware pictures, with numbered pictures standing
+// in for the device's.
 
 #include "engine/video/hardware/hardware_picture_order.h"
 
 #include <gtest/gtest.h>
 
-#include <QFile>
-#include <algorithm>
 #include <vector>
-
-#include "engine/ffmpeg_handles.h"
-#include "support/test_media.h"
 
 namespace tolvane {
 namespace {
@@ -119,74 +114,6 @@ TEST(HardwarePictureOrder, ReleasesAtTheRightArrivalAndForgetsOnRemoveAll) {
     // The stamps went too: a new picture is not timed by one of before.
     EXPECT_FALSE(order.properImageBufferAndPTS(4, 90, 9, 0, 0.0));
     EXPECT_NEAR(order.properImageBufferAndPTS(5, 100, 10, 0, 0.0)->ptsSec, 0.09, 1e-9);
-}
-
-// Pictures of a file with B pictures, decoded in software: they come out of
-// FFmpeg in display order, each with its own packet's DTS handed back through
-// reordered_opaque, as the pixel thread does with the device's pictures.
-TEST(HardwarePictureOrder, SoftwareDecodedPicturesLeaveInDisplayOrderOnTheDecodingClock) {
-    const OpenedInput input =
-        openInputWithStreamInfo(QFile::encodeName(test::mediaPath("h264_aac.mp4")).constData());
-    ASSERT_EQ(input.failedStep, -1);
-    int videoIndex = -1;
-    for (unsigned i = 0; i < input.context->nb_streams && videoIndex < 0; ++i) {
-        if (input.context->streams[i]->codecpar->codec_type == AVMEDIA_TYPE_VIDEO) {
-            videoIndex = int(i);
-        }
-    }
-    ASSERT_GE(videoIndex, 0);
-    const AVStream *stream = input.context->streams[videoIndex];
-    const AVCodec *codec = avcodec_find_decoder(stream->codecpar->codec_id);
-    CodecContextPtr context = codecContextForStream(codec, stream);
-    ASSERT_TRUE(context);
-    context->thread_count = 1;
-    ASSERT_EQ(avcodec_open2(context.get(), codec, nullptr), 0);
-
-    HardwarePictureOrder<std::int64_t> order;  // each picture is its own PTS
-    order.reset(av_q2d(stream->time_base), 25.0, 0);
-    std::vector<std::int64_t> decodingStamps;
-    std::vector<std::pair<std::int64_t, double>> released;
-    double next = 0.0;
-    const auto take = [&](auto result) {
-        if (result) {
-            released.emplace_back(result->picture, result->ptsSec);
-            next = result->nextVideoFramePtsSec;
-        }
-        return result.has_value();
-    };
-    const PacketPtr packet = makePacket();
-    const FramePtr frame = makeFrame();
-    const auto receiveAll = [&] {
-        while (avcodec_receive_frame(context.get(), frame.get()) == 0) {
-            take(order.properImageBufferAndPTS(frame->pts, frame->pts, frame->reordered_opaque,
-                                               context->has_b_frames, next));
-            av_frame_unref(frame.get());
-        }
-    };
-    while (av_read_frame(input.context.get(), packet.get()) >= 0) {
-        if (packet->stream_index == videoIndex) {
-            decodingStamps.push_back(packet->dts);
-            context->reordered_opaque = packet->dts;
-            ASSERT_EQ(avcodec_send_packet(context.get(), packet.get()), 0);
-            receiveAll();
-        }
-        av_packet_unref(packet.get());
-    }
-    avcodec_send_packet(context.get(), nullptr);
-    receiveAll();
-    while (take(order.releaseFirst(next))) {
-    }
-
-    ASSERT_EQ(released.size(), decodingStamps.size());
-    ASSERT_GT(context->has_b_frames, 0) << "the fixture must reorder";
-    std::sort(decodingStamps.begin(), decodingStamps.end());
-    for (std::size_t i = 0; i < released.size(); ++i) {
-        if (i > 0) {
-            EXPECT_LT(released[i - 1].first, released[i].first) << "display order, at " << i;
-        }
-        EXPECT_DOUBLE_EQ(released[i].second, double(decodingStamps[i]) * av_q2d(stream->time_base))
-            << "at " << i;
-    }
 }
 
 }  // namespace

@@ -147,15 +147,10 @@ TEST(PictureType, LettersOfEncodedFilesFollowTheirKeyFramesAndBFrames) {
         const OpenedInput input =
             openInputWithStreamInfo(QFile::encodeName(test::mediaPath(c.file)).constData());
         ASSERT_EQ(input.failedStep, -1) << c.file;
-        const AVCodecParameters *video = input.context->streams[0]->codecpar;
-        int videoIndex = 0;
-        for (unsigned i = 0; i < input.context->nb_streams; ++i) {
-            if (input.context->streams[i]->codecpar->codec_type == AVMEDIA_TYPE_VIDEO) {
-                videoIndex = int(i);
-                video = input.context->streams[i]->codecpar;
-                break;
-            }
-        }
+        const int videoIndex =
+            av_find_best_stream(input.context.get(), AVMEDIA_TYPE_VIDEO, -1, -1, nullptr, 0);
+        ASSERT_GE(videoIndex, 0) << c.file;
+        const AVCodecParameters *video = input.context->streams[videoIndex]->codecpar;
         const int lengthSize =
             naluSizeByteInExtraData(video->extradata, std::size_t(video->extradata_size));
         const PacketPtr packet = makePacket();
