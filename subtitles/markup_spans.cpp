@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 #include "subtitles/text_scanning.h"
 
@@ -75,8 +76,6 @@ std::vector<TextSpan> startEndLocDicInContent(QStringView content, QStringView o
     };
 
     std::vector<TextSpan> spans;
-    // At most one span per opening.
-    spans.reserve(std::size_t(lowered.count(openString)));
     ForwardFinder openFinder(lowered, openString);
     qsizetype position = 0;
     for (;;) {
@@ -113,7 +112,7 @@ std::vector<TaggedRange> arrayFromStartEndLocDic(const std::vector<TextSpan> &ta
         const qsizetype strippedPosition = span.start - removedBefore;
         if (startsWithAsciiLowered(tag, openTag)) {
             pending = TaggedRange{strippedPosition, strippedPosition - 1, tag};
-        } else if (pending && tag.compare(closeTag, Qt::CaseInsensitive) == 0) {
+        } else if (pending && equalsIgnoringCase(tag, closeTag)) {
             pending->last = strippedPosition - 1;
             ranges.push_back(*pending);
             pending.reset();
@@ -129,9 +128,21 @@ RubyDictionary rubyDicInContent(QStringView content) {
 
 RubyDictionary rubyDicInContent(QStringView content, const std::vector<TextSpan> &tagSpans) {
     RubyDictionary dictionary;
-    if (!content.contains(u"<rt", Qt::CaseInsensitive)) {
+    if (!containsIgnoringCase(content, u"<rt")) {
         return dictionary;
     }
+    enum class RubyTag { Ruby, Annotation, AnnotationEnd, RubyEnd, None };
+    const auto rubyTagOf = [](QStringView tag) {
+        for (const auto &[name, kind] :
+             {std::pair{u"<ruby>", RubyTag::Ruby}, std::pair{u"<rt>", RubyTag::Annotation},
+              std::pair{u"</rt>", RubyTag::AnnotationEnd},
+              std::pair{u"</ruby>", RubyTag::RubyEnd}}) {
+            if (equalsIgnoringCase(tag, name)) {
+                return kind;
+            }
+        }
+        return RubyTag::None;
+    };
     bool inRuby = false;
     bool inAnnotation = false;
     RubyPair pair;
@@ -140,19 +151,16 @@ RubyDictionary rubyDicInContent(QStringView content, const std::vector<TextSpan>
         const QStringView tag = content.sliced(span.start, span.last - span.start + 1);
         const qsizetype position = span.start - removedBefore;
         removedBefore += tag.size();
-        const bool isRubyTag = tag.compare(u"<ruby>", Qt::CaseInsensitive) == 0 ||
-                               tag.compare(u"<rt>", Qt::CaseInsensitive) == 0 ||
-                               tag.compare(u"</rt>", Qt::CaseInsensitive) == 0 ||
-                               tag.compare(u"</ruby>", Qt::CaseInsensitive) == 0;
-        if (!isRubyTag) {
+        const RubyTag kind = rubyTagOf(tag);
+        if (kind == RubyTag::None) {
             continue;
         }
         dictionary.tagtopdic.push_back(span);
-        if (tag.compare(u"<ruby>", Qt::CaseInsensitive) == 0) {
+        if (kind == RubyTag::Ruby) {
             inRuby = true;
             inAnnotation = false;
             pair.baseFirst = position;
-        } else if (tag.compare(u"<rt>", Qt::CaseInsensitive) == 0) {
+        } else if (kind == RubyTag::Annotation) {
             if (inRuby) {
                 if (!inAnnotation) {
                     pair.baseLast = position - 1;
@@ -160,7 +168,7 @@ RubyDictionary rubyDicInContent(QStringView content, const std::vector<TextSpan>
                 pair.annotationFirst = position;
                 inAnnotation = true;
             }
-        } else if (tag.compare(u"</rt>", Qt::CaseInsensitive) == 0) {
+        } else if (kind == RubyTag::AnnotationEnd) {
             if (inAnnotation) {
                 pair.annotationLast = position - 1;
                 dictionary.btmtoparray.push_back(pair);

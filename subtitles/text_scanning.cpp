@@ -68,12 +68,42 @@ bool equalsAsciiLowered(QStringView text, QStringView loweredNeedle) {
 }
 
 qsizetype indexOfAsciiLowered(QStringView text, QStringView loweredNeedle) {
-    for (qsizetype at = 0; at + loweredNeedle.size() <= text.size(); ++at) {
+    if (loweredNeedle.isEmpty()) {
+        return 0;
+    }
+    // A first character without case is found by Qt's fast scan.
+    const char16_t first = loweredNeedle.front().unicode();
+    const bool firstHasCase = first >= u'a' && first <= u'z';
+    for (qsizetype at = firstHasCase ? 0 : text.indexOf(QChar(first));
+         at >= 0 && at + loweredNeedle.size() <= text.size();
+         at = firstHasCase ? at + 1 : text.indexOf(QChar(first), at + 1)) {
         if (startsWithAsciiLowered(text.sliced(at), loweredNeedle)) {
             return at;
         }
     }
     return -1;
+}
+
+namespace {
+
+bool foldsFromOutsideAscii(QStringView loweredNeedle) {
+    return loweredNeedle.contains(u's') || loweredNeedle.contains(u'k');
+}
+
+}  // namespace
+
+bool equalsIgnoringCase(QStringView text, QStringView loweredNeedle) {
+    if (foldsFromOutsideAscii(loweredNeedle)) {
+        return text.compare(loweredNeedle, Qt::CaseInsensitive) == 0;
+    }
+    return equalsAsciiLowered(text, loweredNeedle);
+}
+
+bool containsIgnoringCase(QStringView text, QStringView loweredNeedle) {
+    if (foldsFromOutsideAscii(loweredNeedle)) {
+        return text.contains(loweredNeedle, Qt::CaseInsensitive);
+    }
+    return indexOfAsciiLowered(text, loweredNeedle) >= 0;
 }
 
 bool isNewlineCharacter(QChar character) {

@@ -26,6 +26,13 @@ bool equalsAsciiLowered(QStringView text, QStringView loweredNeedle);
 bool startsWithAsciiLowered(QStringView text, QStringView loweredNeedle);
 qsizetype indexOfAsciiLowered(QStringView text, QStringView loweredNeedle);
 
+// Qt's case-insensitive equality and search with a lower-case ASCII needle,
+// without folding the text through Unicode's tables: outside ASCII only U+017F
+// and U+212A fold into it (to "s" and "k"), so a needle holding neither letter
+// can only meet ASCII characters.
+bool equalsIgnoringCase(QStringView text, QStringView loweredNeedle);
+bool containsIgnoringCase(QStringView text, QStringView loweredNeedle);
+
 bool isNewlineCharacter(QChar character);
 // Trims the newline set (line feed, carriage return, vertical tab, form feed,
 // U+0085, U+2028, U+2029) from both ends; spaces stay.
