@@ -92,48 +92,60 @@ public:
     // before it left, as separate QString::replace calls would. One scan over
     // the first characters finds which may occur at all (QString::replace sets
     // up a matcher even when there is nothing to replace, and a scan per
-    // replacement was most of a short cue's cost). Once one has replaced, the
-    // later ones look again for themselves: what it wrote may have joined its
-    // neighbours into one of theirs ("</<rb>rb>").
+    // replacement was most of a short cue's cost). After each replacement the
+    // rest are looked for again: what it wrote may have joined its neighbours
+    // into another one's text ("</<rb>rb>").
     void apply(QString &text) const {
-        std::array<bool, kMaxReplacementsInTurn> mayOccur{};
-        markWhichMayOccur(text, mayOccur);
-        bool hasReplaced = false;
-        for (std::size_t i = 0; i < count_; ++i) {
-            const Replacement &replacement = replacements_[i];
-            if (text.size() < replacement.before.size() ||
-                !(hasReplaced ? mayContainIgnoringCase(text, replacement.before) : mayOccur[i])) {
-                continue;
+        const Replacement *const end = replacements_.data() + count_;
+        for (const Replacement *next = replacements_.data(); next != end;) {
+            const std::array<bool, kMaxReplacementsInTurn> mayOccur = whichMayOccur(text, next);
+            const Replacement *const found = std::find_if(next, end, [&](const Replacement &r) {
+                return mayOccur[std::size_t(&r - replacements_.data())] &&
+                       text.size() >= r.before.size();
+            });
+            if (found == end) {
+                return;
             }
-            text.replace(replacement.before.data(), replacement.before.size(),
-                         replacement.after.data(), replacement.after.size(),
-                         replacement.sensitivity);
-            hasReplaced = true;
+            text.replace(found->before.data(), found->before.size(), found->after.data(),
+                         found->after.size(), found->sensitivity);
+            next = found + 1;
         }
     }
 
 private:
-    void markWhichMayOccur(QStringView text,
-                           std::array<bool, kMaxReplacementsInTurn> &mayOccur) const {
-        std::size_t unmarked = count_;
-        for (std::size_t lead = 0; lead < count_ && unmarked > 0; ++lead) {
-            const QChar first = replacements_[lead].before.front();
-            if (std::any_of(
-                    replacements_.begin(), replacements_.begin() + std::ptrdiff_t(lead),
-                    [&](const Replacement &earlier) { return earlier.before.front() == first; })) {
+    // Marks, among the replacements from `first` on, those whose `before` may
+    // occur in `text`, scanning once for each distinct first character.
+    std::array<bool, kMaxReplacementsInTurn> whichMayOccur(QStringView text,
+                                                           const Replacement *first) const {
+        std::array<bool, kMaxReplacementsInTurn> mayOccur{};
+        const Replacement *const end = replacements_.data() + count_;
+        auto unmarked = std::size_t(end - first);
+        for (const Replacement *lead = first; lead != end && unmarked > 0; ++lead) {
+            const QChar leadCharacter = lead->before.front();
+            if (std::any_of(first, lead, [&](const Replacement &earlier) {
+                    return earlier.before.front() == leadCharacter;
+                })) {
                 continue;
             }
-            for (qsizetype at = text.indexOf(first); at >= 0 && unmarked > 0;
-                 at = text.indexOf(first, at + 1)) {
-                for (std::size_t i = lead; i < count_; ++i) {
-                    if (!mayOccur[i] && replacements_[i].before.front() == first &&
-                        mayMatchIgnoringCaseAt(text, at, replacements_[i].before)) {
-                        mayOccur[i] = true;
+            for (qsizetype at = text.indexOf(leadCharacter); at >= 0 && unmarked > 0;
+                 at = text.indexOf(leadCharacter, at + 1)) {
+                // Most candidates differ at once in their second character.
+                const char16_t second = at + 1 < text.size() ? text.utf16()[at + 1] : u'\0';
+                for (const Replacement *r = lead; r != end; ++r) {
+                    bool &marked = mayOccur[std::size_t(r - replacements_.data())];
+                    if (marked || r->before.front() != leadCharacter ||
+                        (r->before.size() > 1 && second < 0x80 &&
+                         asciiLoweredCharacter(second) != r->before.utf16()[1])) {
+                        continue;
+                    }
+                    if (mayMatchIgnoringCaseAt(text, at, r->before)) {
+                        marked = true;
                         --unmarked;
                     }
                 }
             }
         }
+        return mayOccur;
     }
 
     std::array<Replacement, kMaxReplacementsInTurn> replacements_{};
