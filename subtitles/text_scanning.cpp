@@ -132,4 +132,41 @@ qsizetype ForwardFinder::next(qsizetype from) {
     return found_;
 }
 
+ForwardFinderIgnoringAsciiCase::ForwardFinderIgnoringAsciiCase(QStringView haystack,
+                                                               QStringView loweredNeedle)
+    : haystack_(haystack),
+      needle_(loweredNeedle),
+      firstUpper_(loweredNeedle.front() >= u'a' && loweredNeedle.front() <= u'z'
+                      ? char16_t(loweredNeedle.front().unicode() - (u'a' - u'A'))
+                      : loweredNeedle.front().unicode()),
+      first_(haystack, loweredNeedle.first(1)),
+      firstUpperFinder_(haystack, QStringView(&firstUpper_, 1)) {}
+
+qsizetype ForwardFinderIgnoringAsciiCase::nextCandidate(qsizetype from) {
+    const qsizetype lower = first_.next(from);
+    if (firstUpper_ == needle_.front()) {
+        return lower;
+    }
+    const qsizetype upper = firstUpperFinder_.next(from);
+    return lower < 0 || (upper >= 0 && upper < lower) ? upper : lower;
+}
+
+qsizetype ForwardFinderIgnoringAsciiCase::next(qsizetype from) {
+    if (queriedFrom_ >= 0 && from >= queriedFrom_ && (found_ < 0 || from <= found_)) {
+        return found_;
+    }
+    queriedFrom_ = from;
+    found_ = -1;
+    if (from < 0 || from > haystack_.size()) {
+        return found_;
+    }
+    for (qsizetype at = nextCandidate(from); at >= 0; at = nextCandidate(at + 1)) {
+        if (startsWithAsciiLowered(haystack_.sliced(at), needle_)) {
+            found_ = at;
+            break;
+        }
+    }
+    return found_;
+}
+
 }  // namespace tolvane::subtitles
