@@ -40,6 +40,21 @@ std::vector<TextSpan> spansOverCharacterRuns(QStringView lowered, QStringView op
     return spans;
 }
 
+// The rule below for one-character markers ("<" and ">", "{" and "}"): the
+// innermost opening before a closing is the last one before it.
+std::vector<TextSpan> spansBetweenCharacters(QStringView text, QChar open, QChar close) {
+    std::vector<TextSpan> spans;
+    for (qsizetype position = 0;;) {
+        const qsizetype firstOpening = text.indexOf(open, position);
+        const qsizetype closing = firstOpening < 0 ? -1 : text.indexOf(close, firstOpening + 1);
+        if (closing < 0) {
+            return spans;
+        }
+        spans.push_back({text.lastIndexOf(open, closing - 1), closing});
+        position = closing + 1;
+    }
+}
+
 }  // namespace
 
 std::vector<TextSpan> startEndLocDicInContent(QStringView content, QStringView openString,
@@ -57,6 +72,10 @@ std::vector<TextSpan> startEndLocDicInContent(QStringView content, QStringView o
     const QStringView lowered = foldCase ? QStringView(loweredCopy) : content;
     if (closeStrings.size() >= kCharacterSetCloseCount) {
         return spansOverCharacterRuns(lowered, openString, closeStrings);
+    }
+    if (openString.size() == 1 && closeStrings.size() == 1 && closeStrings.first().size() == 1 &&
+        openString != closeStrings.first()) {
+        return spansBetweenCharacters(lowered, openString.front(), closeStrings.first().front());
     }
     std::vector<ForwardFinder> closeFinders;
     closeFinders.reserve(std::size_t(closeStrings.size()));
