@@ -86,7 +86,12 @@ constexpr std::size_t kMaxReplacementsInTurn = 9;
 
 class ReplacementTurn {
 public:
-    void add(Replacement replacement) { replacements_[count_++] = replacement; }
+    void add(Replacement replacement) {
+        const QStringView before = replacement.before;
+        openings_[count_] = {before.front().unicode(),
+                             before.size() > 1 ? before[1].unicode() : u'\0'};
+        replacements_[count_++] = replacement;
+    }
 
     // Replaces each `before` in the order added, each on the text the ones
     // before it left, as separate QString::replace calls would. One scan over
@@ -96,50 +101,61 @@ public:
     // rest are looked for again: what it wrote may have joined its neighbours
     // into another one's text ("</<rb>rb>").
     void apply(QString &text) const {
-        const Replacement *const end = replacements_.data() + count_;
-        for (const Replacement *next = replacements_.data(); next != end;) {
-            const std::array<bool, kMaxReplacementsInTurn> mayOccur = whichMayOccur(text, next);
-            const Replacement *const found = std::find_if(next, end, [&](const Replacement &r) {
-                return mayOccur[std::size_t(&r - replacements_.data())] &&
-                       text.size() >= r.before.size();
-            });
-            if (found == end) {
+        for (std::size_t next = 0; next < count_;) {
+            const Marks mayOccur = whichMayOccur(text, next);
+            std::size_t found = next;
+            while (found < count_ &&
+                   !(mayOccur[found] && text.size() >= replacements_[found].before.size())) {
+                ++found;
+            }
+            if (found == count_) {
                 return;
             }
-            text.replace(found->before.data(), found->before.size(), found->after.data(),
-                         found->after.size(), found->sensitivity);
+            const Replacement &replacement = replacements_[found];
+            text.replace(replacement.before.data(), replacement.before.size(),
+                         replacement.after.data(), replacement.after.size(),
+                         replacement.sensitivity);
             next = found + 1;
         }
     }
 
 private:
-    // Marks, among the replacements from `first` on, those whose `before` may
+    using Marks = std::array<bool, kMaxReplacementsInTurn>;
+
+    // The first two characters of a `before`; the second is NUL for a
+    // one-character `before`.
+    struct Opening {
+        char16_t first = u'\0';
+        char16_t second = u'\0';
+    };
+
+    // Marks, among the replacements from `from` on, those whose `before` may
     // occur in `text`, scanning once for each distinct first character.
-    std::array<bool, kMaxReplacementsInTurn> whichMayOccur(QStringView text,
-                                                           const Replacement *first) const {
-        std::array<bool, kMaxReplacementsInTurn> mayOccur{};
-        const Replacement *const end = replacements_.data() + count_;
-        auto unmarked = std::size_t(end - first);
-        for (const Replacement *lead = first; lead != end && unmarked > 0; ++lead) {
-            const QChar leadCharacter = lead->before.front();
-            if (std::any_of(first, lead, [&](const Replacement &earlier) {
-                    return earlier.before.front() == leadCharacter;
-                })) {
+    Marks whichMayOccur(QStringView text, std::size_t from) const {
+        Marks mayOccur{};
+        std::size_t unmarked = count_ - from;
+        for (std::size_t lead = from; lead < count_ && unmarked > 0; ++lead) {
+            const char16_t leadCharacter = openings_[lead].first;
+            if (std::any_of(openings_.begin() + std::ptrdiff_t(from),
+                            openings_.begin() + std::ptrdiff_t(lead), [&](const Opening &earlier) {
+                                return earlier.first == leadCharacter;
+                            })) {
                 continue;
             }
-            for (qsizetype at = text.indexOf(leadCharacter); at >= 0 && unmarked > 0;
-                 at = text.indexOf(leadCharacter, at + 1)) {
+            for (qsizetype at = text.indexOf(QChar(leadCharacter)); at >= 0 && unmarked > 0;
+                 at = text.indexOf(QChar(leadCharacter), at + 1)) {
                 // Most candidates differ at once in their second character.
                 const char16_t second = at + 1 < text.size() ? text.utf16()[at + 1] : u'\0';
-                for (const Replacement *r = lead; r != end; ++r) {
-                    bool &marked = mayOccur[std::size_t(r - replacements_.data())];
-                    if (marked || r->before.front() != leadCharacter ||
-                        (r->before.size() > 1 && second < 0x80 &&
-                         asciiLoweredCharacter(second) != r->before.utf16()[1])) {
+                const char16_t loweredSecond = asciiLoweredCharacter(second);
+                for (std::size_t i = lead; i < count_; ++i) {
+                    const Opening &opening = openings_[i];
+                    if (mayOccur[i] || opening.first != leadCharacter ||
+                        (opening.second != u'\0' && second < 0x80 &&
+                         loweredSecond != opening.second)) {
                         continue;
                     }
-                    if (mayMatchIgnoringCaseAt(text, at, r->before)) {
-                        marked = true;
+                    if (mayMatchIgnoringCaseAt(text, at, replacements_[i].before)) {
+                        mayOccur[i] = true;
                         --unmarked;
                     }
                 }
@@ -149,6 +165,7 @@ private:
     }
 
     std::array<Replacement, kMaxReplacementsInTurn> replacements_{};
+    std::array<Opening, kMaxReplacementsInTurn> openings_{};
     std::size_t count_ = 0;
 };
 
