@@ -93,6 +93,9 @@ bool foldsFromOutsideAscii(QStringView loweredNeedle) {
 }  // namespace
 
 bool equalsIgnoringCase(QStringView text, QStringView loweredNeedle) {
+    if (text.size() != loweredNeedle.size()) {
+        return false;
+    }
     if (foldsFromOutsideAscii(loweredNeedle)) {
         return text.compare(loweredNeedle, Qt::CaseInsensitive) == 0;
     }
