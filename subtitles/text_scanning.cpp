@@ -163,7 +163,13 @@ qsizetype ForwardFinderIgnoringAsciiCase::next(qsizetype from) {
     if (from < 0 || from > haystack_.size()) {
         return found_;
     }
+    const char16_t *const units = haystack_.utf16();
     for (qsizetype at = nextCandidate(from); at >= 0; at = nextCandidate(at + 1)) {
+        // Most candidates differ at once in their second character.
+        if (needle_.size() > 1 &&
+            (at + 1 >= haystack_.size() || asciiLoweredUnit(units[at + 1]) != needle_.utf16()[1])) {
+            continue;
+        }
         if (startsWithAsciiLowered(haystack_.sliced(at), needle_)) {
             found_ = at;
             break;
