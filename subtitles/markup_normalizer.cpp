@@ -39,42 +39,135 @@ QString removingSpans(const QString &text, QStringView openString, const QString
                           [](QStringView, QString &) {});
 }
 
-char16_t asciiLoweredCharacter(QChar character) {
-    const char16_t unit = character.unicode();
+char16_t asciiLoweredCharacter(char16_t unit) {
     return unit >= u'A' && unit <= u'Z' ? char16_t(unit + (u'a' - u'A')) : unit;
 }
 
 // Whether `needle` (ASCII, starting with a character that has no case) may
-// occur in `text` for a case-insensitive replacement. Finding the first
-// character is a fast scan, where Qt's search folds every character; a
-// non-ASCII character counts as a possible match, leaving Unicode case
-// folding to Qt.
+// begin at `at` of `text`, whose character there is its first, for a
+// case-insensitive replacement. A non-ASCII character counts as a possible
+// match, leaving Unicode case folding to Qt.
+bool mayMatchIgnoringCaseAt(QStringView text, qsizetype at, QStringView needle) {
+    if (at + needle.size() > text.size()) {
+        return false;
+    }
+    const char16_t *candidate = text.utf16() + at;
+    const char16_t *wanted = needle.utf16();
+    for (qsizetype i = 1; i < needle.size(); ++i) {
+        if (candidate[i] < 0x80 && asciiLoweredCharacter(candidate[i]) != wanted[i]) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// Whether `needle` as above may occur in `text`. Finding the first character
+// is a fast scan, where Qt's search folds every character.
 bool mayContainIgnoringCase(QStringView text, QStringView needle) {
     for (qsizetype at = text.indexOf(needle.front()); at >= 0 && at + needle.size() <= text.size();
          at = text.indexOf(needle.front(), at + 1)) {
-        qsizetype matched = 1;
-        while (matched < needle.size() &&
-               (text[at + matched].unicode() >= 0x80 ||
-                asciiLoweredCharacter(text[at + matched]) == needle[matched].unicode())) {
-            ++matched;
-        }
-        if (matched == needle.size()) {
+        if (mayMatchIgnoringCaseAt(text, at, needle)) {
             return true;
         }
     }
     return false;
 }
 
-// Every replaced text here is lower-case ASCII starting with "<", "&", "\r"
-// or "\n".
-void replaceAll(QString &text, QStringView before, QStringView after,
-                Qt::CaseSensitivity sensitivity = Qt::CaseInsensitive) {
-    // QString::replace sets up a matcher even when there is nothing to
-    // replace; looking first is cheaper for the short texts of cues.
-    if (text.size() >= before.size() && mayContainIgnoringCase(text, before)) {
-        text.replace(before.data(), before.size(), after.data(), after.size(), sensitivity);
+// One replacement of every occurrence of `before`; every `before` here is
+// lower-case ASCII starting with a character that has no case.
+struct Replacement {
+    QStringView before;
+    QStringView after;
+    Qt::CaseSensitivity sensitivity = Qt::CaseInsensitive;
+};
+
+// At most as many as the SubRip line-break repairs make in one turn.
+constexpr std::size_t kMaxReplacementsInTurn = 9;
+
+class ReplacementTurn {
+public:
+    void add(Replacement replacement) {
+        const QStringView before = replacement.before;
+        openings_[count_] = {before.front().unicode(),
+                             before.size() > 1 ? before[1].unicode() : u'\0'};
+        replacements_[count_++] = replacement;
     }
-}
+
+    // Replaces each `before` in the order added, each on the text the ones
+    // before it left, as separate QString::replace calls would. One scan over
+    // the first characters finds which may occur at all (QString::replace sets
+    // up a matcher even when there is nothing to replace, and a scan per
+    // replacement was most of a short cue's cost). After each replacement the
+    // rest are looked for again: what it wrote may have joined its neighbours
+    // into another one's text ("</<rb>rb>").
+    void apply(QString &text) const {
+        for (std::size_t next = 0; next < count_;) {
+            const Marks mayOccur = whichMayOccur(text, next);
+            std::size_t found = next;
+            while (found < count_ &&
+                   !(mayOccur[found] && text.size() >= replacements_[found].before.size())) {
+                ++found;
+            }
+            if (found == count_) {
+                return;
+            }
+            const Replacement &replacement = replacements_[found];
+            text.replace(replacement.before.data(), replacement.before.size(),
+                         replacement.after.data(), replacement.after.size(),
+                         replacement.sensitivity);
+            next = found + 1;
+        }
+    }
+
+private:
+    using Marks = std::array<bool, kMaxReplacementsInTurn>;
+
+    // The first two characters of a `before`; the second is NUL for a
+    // one-character `before`.
+    struct Opening {
+        char16_t first = u'\0';
+        char16_t second = u'\0';
+    };
+
+    // Marks, among the replacements from `from` on, those whose `before` may
+    // occur in `text`, scanning once for each distinct first character.
+    Marks whichMayOccur(QStringView text, std::size_t from) const {
+        Marks mayOccur{};
+        std::size_t unmarked = count_ - from;
+        for (std::size_t lead = from; lead < count_ && unmarked > 0; ++lead) {
+            const char16_t leadCharacter = openings_[lead].first;
+            if (std::any_of(openings_.begin() + std::ptrdiff_t(from),
+                            openings_.begin() + std::ptrdiff_t(lead), [&](const Opening &earlier) {
+                                return earlier.first == leadCharacter;
+                            })) {
+                continue;
+            }
+            for (qsizetype at = text.indexOf(QChar(leadCharacter)); at >= 0 && unmarked > 0;
+                 at = text.indexOf(QChar(leadCharacter), at + 1)) {
+                // Most candidates differ at once in their second character.
+                const char16_t second = at + 1 < text.size() ? text.utf16()[at + 1] : u'\0';
+                const char16_t loweredSecond = asciiLoweredCharacter(second);
+                for (std::size_t i = lead; i < count_; ++i) {
+                    const Opening &opening = openings_[i];
+                    if (mayOccur[i] || opening.first != leadCharacter ||
+                        (opening.second != u'\0' && second < 0x80 &&
+                         loweredSecond != opening.second)) {
+                        continue;
+                    }
+                    if (mayMatchIgnoringCaseAt(text, at, replacements_[i].before)) {
+                        mayOccur[i] = true;
+                        --unmarked;
+                    }
+                }
+            }
+        }
+        return mayOccur;
+    }
+
+    std::array<Replacement, kMaxReplacementsInTurn> replacements_{};
+    std::array<Opening, kMaxReplacementsInTurn> openings_{};
+    std::size_t count_ = 0;
+};
 
 void appendCharacterForReference(QStringView reference, QString &into) {
     // Semicolons inside the run of digits are skipped, as they always were.
@@ -129,31 +222,37 @@ QString pre_processingTag(QStringView content, QStringView type) {
         text.remove(QLatin1Char('\r'));
         text.remove(QLatin1Char('\n'));
         if (hasBreakTag) {
-            replaceAll(text, u"<br>", u"\n");
-            replaceAll(text, u"<br />", u"\n");
+            ReplacementTurn breaks;
+            breaks.add({u"<br>", u"\n"});
+            breaks.add({u"<br />", u"\n"});
+            breaks.apply(text);
         }
     } else if (type == u"srt") {
         const bool hasCarriageReturn = text.contains(QLatin1Char('\r'));
+        ReplacementTurn breaks;
         if (hasBreakTag) {
-            replaceAll(text, u"<br />", u"<br>");
+            breaks.add({u"<br />", u"<br>"});
             if (hasCarriageReturn) {
                 for (const QStringView lineBreak :
                      {u"<br>\r\n", u"\r\n<br>", u"<br> \r\n", u"<br>\r", u"<br> \r"}) {
-                    replaceAll(text, lineBreak, u"\n");
+                    breaks.add({lineBreak, u"\n"});
                 }
             }
         }
         if (hasCarriageReturn) {
-            replaceAll(text, u"\r\n", u"\n", Qt::CaseSensitive);
-            replaceAll(text, u"\r", u"\n", Qt::CaseSensitive);
+            breaks.add({u"\r\n", u"\n", Qt::CaseSensitive});
+            breaks.add({u"\r", u"\n", Qt::CaseSensitive});
         }
         if (hasBreakTag) {
-            replaceAll(text, u"<br>", u"\n");
+            breaks.add({u"<br>", u"\n"});
         }
+        breaks.apply(text);
     }
     if (text.contains(QLatin1Char('&'))) {
-        replaceAll(text, u"&nbsp;", u" ");
-        replaceAll(text, u"&nbsp", u" ");
+        ReplacementTurn spaces;
+        spaces.add({u"&nbsp;", u" "});
+        spaces.add({u"&nbsp", u" "});
+        spaces.apply(text);
         static const QStringList kReferenceCharacters = {"0", "1", "2", "3", "4", "5",
                                                          "6", "7", "8", "9", ";"};
         text = replacingSpans(text, startEndLocDicInContent(text, u"&#", kReferenceCharacters),
@@ -162,13 +261,15 @@ QString pre_processingTag(QStringView content, QStringView type) {
 
     const bool hasAngleBracket = text.contains(QLatin1Char('<'));
     if (hasAngleBracket) {
-        replaceAll(text, u"</ i>", u"</i>");
+        ReplacementTurn repairs;
+        repairs.add({u"</ i>", u"</i>"});
         // An attribute-less <font> closes the colour before it: authors write
         // it meaning "back to normal".
-        replaceAll(text, u"<font>", u"</font>");
-        replaceAll(text, u"<rb>", u"");
-        replaceAll(text, u"</rb>", u"");
-        replaceAll(text, u"<rt><ruby>", u"</rt></ruby>");
+        repairs.add({u"<font>", u"</font>"});
+        repairs.add({u"<rb>", u""});
+        repairs.add({u"</rb>", u""});
+        repairs.add({u"<rt><ruby>", u"</rt></ruby>"});
+        repairs.apply(text);
         if (mayContainIgnoringCase(text, u"<rp>")) {
             static const QStringList kParenthesisClose = {QStringLiteral("</rp>")};
             text = removingSpans(text, u"<rp>", kParenthesisClose);
@@ -183,8 +284,10 @@ QString pre_processingTag(QStringView content, QStringView type) {
     if (hasAngleBracket || text.contains(QLatin1Char('-'))) {
         static const QStringList kCommentClose = {QStringLiteral("-->")};
         text = removingSpans(text, u"<!--", kCommentClose);
-        replaceAll(text, u"<!--", u"");
-        replaceAll(text, u"-->", u"");
+        ReplacementTurn leftOvers;
+        leftOvers.add({u"<!--", u""});
+        leftOvers.add({u"-->", u""});
+        leftOvers.apply(text);
     }
     if (!hasAngleBracket) {
         return text;

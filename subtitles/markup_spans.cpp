@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 #include "subtitles/text_scanning.h"
 
@@ -39,6 +40,21 @@ std::vector<TextSpan> spansOverCharacterRuns(QStringView lowered, QStringView op
     return spans;
 }
 
+// The rule below for one-character markers ("<" and ">", "{" and "}"): the
+// innermost opening before a closing is the last one before it.
+std::vector<TextSpan> spansBetweenCharacters(QStringView text, QChar open, QChar close) {
+    std::vector<TextSpan> spans;
+    for (qsizetype position = 0;;) {
+        const qsizetype firstOpening = text.indexOf(open, position);
+        const qsizetype closing = firstOpening < 0 ? -1 : text.indexOf(close, firstOpening + 1);
+        if (closing < 0) {
+            return spans;
+        }
+        spans.push_back({text.lastIndexOf(open, closing - 1), closing});
+        position = closing + 1;
+    }
+}
+
 }  // namespace
 
 std::vector<TextSpan> startEndLocDicInContent(QStringView content, QStringView openString,
@@ -56,6 +72,10 @@ std::vector<TextSpan> startEndLocDicInContent(QStringView content, QStringView o
     const QStringView lowered = foldCase ? QStringView(loweredCopy) : content;
     if (closeStrings.size() >= kCharacterSetCloseCount) {
         return spansOverCharacterRuns(lowered, openString, closeStrings);
+    }
+    if (openString.size() == 1 && closeStrings.size() == 1 && closeStrings.first().size() == 1 &&
+        openString != closeStrings.first()) {
+        return spansBetweenCharacters(lowered, openString.front(), closeStrings.first().front());
     }
     std::vector<ForwardFinder> closeFinders;
     closeFinders.reserve(std::size_t(closeStrings.size()));
@@ -75,8 +95,6 @@ std::vector<TextSpan> startEndLocDicInContent(QStringView content, QStringView o
     };
 
     std::vector<TextSpan> spans;
-    // At most one span per opening.
-    spans.reserve(std::size_t(lowered.count(openString)));
     ForwardFinder openFinder(lowered, openString);
     qsizetype position = 0;
     for (;;) {
@@ -113,7 +131,7 @@ std::vector<TaggedRange> arrayFromStartEndLocDic(const std::vector<TextSpan> &ta
         const qsizetype strippedPosition = span.start - removedBefore;
         if (startsWithAsciiLowered(tag, openTag)) {
             pending = TaggedRange{strippedPosition, strippedPosition - 1, tag};
-        } else if (pending && tag.compare(closeTag, Qt::CaseInsensitive) == 0) {
+        } else if (pending && equalsIgnoringCase(tag, closeTag)) {
             pending->last = strippedPosition - 1;
             ranges.push_back(*pending);
             pending.reset();
@@ -129,9 +147,21 @@ RubyDictionary rubyDicInContent(QStringView content) {
 
 RubyDictionary rubyDicInContent(QStringView content, const std::vector<TextSpan> &tagSpans) {
     RubyDictionary dictionary;
-    if (!content.contains(u"<rt", Qt::CaseInsensitive)) {
+    if (!containsIgnoringCase(content, u"<rt")) {
         return dictionary;
     }
+    enum class RubyTag { Ruby, Annotation, AnnotationEnd, RubyEnd, None };
+    const auto rubyTagOf = [](QStringView tag) {
+        for (const auto &[name, kind] :
+             {std::pair{u"<ruby>", RubyTag::Ruby}, std::pair{u"<rt>", RubyTag::Annotation},
+              std::pair{u"</rt>", RubyTag::AnnotationEnd},
+              std::pair{u"</ruby>", RubyTag::RubyEnd}}) {
+            if (equalsIgnoringCase(tag, name)) {
+                return kind;
+            }
+        }
+        return RubyTag::None;
+    };
     bool inRuby = false;
     bool inAnnotation = false;
     RubyPair pair;
@@ -140,19 +170,16 @@ RubyDictionary rubyDicInContent(QStringView content, const std::vector<TextSpan>
         const QStringView tag = content.sliced(span.start, span.last - span.start + 1);
         const qsizetype position = span.start - removedBefore;
         removedBefore += tag.size();
-        const bool isRubyTag = tag.compare(u"<ruby>", Qt::CaseInsensitive) == 0 ||
-                               tag.compare(u"<rt>", Qt::CaseInsensitive) == 0 ||
-                               tag.compare(u"</rt>", Qt::CaseInsensitive) == 0 ||
-                               tag.compare(u"</ruby>", Qt::CaseInsensitive) == 0;
-        if (!isRubyTag) {
+        const RubyTag kind = rubyTagOf(tag);
+        if (kind == RubyTag::None) {
             continue;
         }
         dictionary.tagtopdic.push_back(span);
-        if (tag.compare(u"<ruby>", Qt::CaseInsensitive) == 0) {
+        if (kind == RubyTag::Ruby) {
             inRuby = true;
             inAnnotation = false;
             pair.baseFirst = position;
-        } else if (tag.compare(u"<rt>", Qt::CaseInsensitive) == 0) {
+        } else if (kind == RubyTag::Annotation) {
             if (inRuby) {
                 if (!inAnnotation) {
                     pair.baseLast = position - 1;
@@ -160,7 +187,7 @@ RubyDictionary rubyDicInContent(QStringView content, const std::vector<TextSpan>
                 pair.annotationFirst = position;
                 inAnnotation = true;
             }
-        } else if (tag.compare(u"</rt>", Qt::CaseInsensitive) == 0) {
+        } else if (kind == RubyTag::AnnotationEnd) {
             if (inAnnotation) {
                 pair.annotationLast = position - 1;
                 dictionary.btmtoparray.push_back(pair);

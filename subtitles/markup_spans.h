@@ -39,8 +39,9 @@ struct TaggedRange {
 };
 
 // Pairs each closing tag with the latest unclosed opening tag. `tagSpans` are
-// the "<" to ">" spans of `content` in order; an opening tag matches by prefix
-// (lower-cased), a closing tag exactly.
+// the "<" to ">" spans of `content` in order; `openTag` and `closeTag` are
+// lower-case ASCII. An opening tag matches by prefix (lower-cased), a closing
+// tag whole, ignoring case.
 std::vector<TaggedRange> arrayFromStartEndLocDic(const std::vector<TextSpan> &tagSpans,
                                                  QStringView openTag, QStringView closeTag,
                                                  QStringView content);

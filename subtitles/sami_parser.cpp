@@ -40,11 +40,11 @@ struct ClassedParagraph {
 
 class ClassedParagraphFinder {
 public:
-    explicit ClassedParagraphFinder(QStringView lowered)
-        : paragraph_(lowered, u"<p"),
-          classWord_(lowered, u"class"),
-          equalsSign_(lowered, u"="),
-          closingBracket_(lowered, u">") {}
+    explicit ClassedParagraphFinder(QStringView text)
+        : paragraph_(text, u"<p"),
+          classWord_(text, u"class"),
+          equalsSign_(text, u"="),
+          closingBracket_(text, u">") {}
 
     std::optional<ClassedParagraph> next(qsizetype from) {
         const qsizetype paragraph = paragraph_.next(from);
@@ -67,8 +67,8 @@ public:
     }
 
 private:
-    ForwardFinder paragraph_;
-    ForwardFinder classWord_;
+    ForwardFinderIgnoringAsciiCase paragraph_;
+    ForwardFinderIgnoringAsciiCase classWord_;
     ForwardFinder equalsSign_;
     ForwardFinder closingBracket_;
 };
@@ -77,13 +77,14 @@ private:
 
 SamiClassDictionaries parsingSmiFileToLocalTimeContent(QStringView text, QStringView type,
                                                        const TagProcessor &tagProcessor) {
-    const QString lowered = asciiLowered(text);
-    ForwardFinder syncTag(lowered, u"<sync");
-    ForwardFinder startWord(lowered, u"start");
-    ForwardFinder startEqualsSign(lowered, u"=");
-    ForwardFinder startClosingBracket(lowered, u">");
-    ForwardFinder bodyEnd(lowered, u"</body>");
-    ClassedParagraphFinder classedParagraphs(lowered);
+    // The mark-up is found ignoring the case of ASCII letters only, so that
+    // positions in the text are those of the words found.
+    ForwardFinderIgnoringAsciiCase syncTag(text, u"<sync");
+    ForwardFinderIgnoringAsciiCase startWord(text, u"start");
+    ForwardFinder startEqualsSign(text, u"=");
+    ForwardFinder startClosingBracket(text, u">");
+    ForwardFinderIgnoringAsciiCase bodyEnd(text, u"</body>");
+    ClassedParagraphFinder classedParagraphs(text);
 
     const qsizetype firstSync = syncTag.next(0);
     if (firstSync < 0) {
@@ -135,7 +136,7 @@ SamiClassDictionaries parsingSmiFileToLocalTimeContent(QStringView text, QString
             // stays with the class of the sync before it, or with the first
             // classed paragraph of the text when it is the first.
             if (!hasCurrentClass) {
-                ClassedParagraphFinder fromTheBeginning(lowered);
+                ClassedParagraphFinder fromTheBeginning(text);
                 const std::optional<ClassedParagraph> first = fromTheBeginning.next(0);
                 if (!first) {
                     break;

@@ -70,22 +70,20 @@ public:
                int fontSize, StyledString &outline, StyledString &fill) const {
         std::vector<StyledString::SharedRun> outlineRuns;
         std::vector<StyledString::SharedRun> fillRuns;
-        reserveRuns(styles, first, count, outlineRuns, fillRuns);
-        qsizetype runStart = first;
-        for (qsizetype i = first + 1; i <= first + count; ++i) {
-            const auto at = std::size_t(i);
-            const auto startAt = std::size_t(runStart);
-            if (i < first + count && styles[at] == styles[startAt]) {
-                continue;
-            }
-            appendRun(
-                fillRuns, runStart - first, i - runStart,
-                fillAttributes(styles[startAt].colorIndex, styles[startAt].faceBits, fontSize));
-            appendRun(outlineRuns, runStart - first, i - runStart,
-                      outlineAttributes(styles[startAt].faceBits, fontSize));
-            runStart = i;
+        const CharacterStyle *const begin = styles.data() + first;
+        const CharacterStyle *const end = begin + count;
+        for (const CharacterStyle *runStart = begin; runStart != end;) {
+            const CharacterStyle *const runEnd =
+                std::find_if(runStart + 1, end,
+                             [&](const CharacterStyle &style) { return !(style == *runStart); });
+            appendRun(fillRuns, runStart - begin, runEnd - runStart,
+                      fillAttributes(runStart->colorIndex, runStart->faceBits, fontSize));
+            appendRun(outlineRuns, runStart - begin, runEnd - runStart,
+                      outlineAttributes(runStart->faceBits, fontSize));
+            runStart = runEnd;
         }
-        // A track keeps tens of thousands of these for the length of a video.
+        // A track keeps tens of thousands of these for the length of a video;
+        // most rows hold one or two runs, which the vectors' growth fits exactly.
         outlineRuns.shrink_to_fit();
         fillRuns.shrink_to_fit();
         const QString shared = text.sliced(first, count).toString();
@@ -100,20 +98,6 @@ public:
     }
 
 private:
-    // At most one run per change of face (outline) or of face or colour (fill).
-    static void reserveRuns(const CharacterStyles &styles, qsizetype first, qsizetype count,
-                            std::vector<StyledString::SharedRun> &outlineRuns,
-                            std::vector<StyledString::SharedRun> &fillRuns) {
-        std::size_t faceRuns = 1;
-        std::size_t styleRuns = 1;
-        for (auto i = std::size_t(first + 1); i < std::size_t(first + count); ++i) {
-            faceRuns += styles[i].faceBits != styles[i - 1].faceBits;
-            styleRuns += styles[i] != styles[i - 1];
-        }
-        outlineRuns.reserve(faceRuns);
-        fillRuns.reserve(styleRuns);
-    }
-
     // Equal attributes come from the cache as the same object.
     static void appendRun(std::vector<StyledString::SharedRun> &runs, qsizetype start,
                           qsizetype length, SharedCaptionAttributes attributes) {

@@ -26,6 +26,13 @@ bool equalsAsciiLowered(QStringView text, QStringView loweredNeedle);
 bool startsWithAsciiLowered(QStringView text, QStringView loweredNeedle);
 qsizetype indexOfAsciiLowered(QStringView text, QStringView loweredNeedle);
 
+// Qt's case-insensitive equality and search with a lower-case ASCII needle,
+// without folding the text through Unicode's tables: outside ASCII only U+017F
+// and U+212A fold into it (to "s" and "k"), so a needle holding neither letter
+// can only meet ASCII characters.
+bool equalsIgnoringCase(QStringView text, QStringView loweredNeedle);
+bool containsIgnoringCase(QStringView text, QStringView loweredNeedle);
+
 bool isNewlineCharacter(QChar character);
 // Trims the newline set (line feed, carriage return, vertical tab, form feed,
 // U+0085, U+2028, U+2029) from both ends; spaces stay.
@@ -45,6 +52,34 @@ public:
 private:
     QStringView haystack_;
     QStringView needle_;
+    qsizetype queriedFrom_ = -1;
+    qsizetype found_ = -1;
+};
+
+// A ForwardFinder for a lower-case ASCII needle in the haystack as asciiLowered
+// would make it, without making it: a whole file's lowered copy cost as much
+// as the searches. Candidates are the occurrences of the needle's first
+// character, in both cases when it is a letter, each kept by a ForwardFinder
+// of its own so that a whole scan stays one pass. Not copyable: its finders
+// view its own copy of the first character.
+class ForwardFinderIgnoringAsciiCase {
+public:
+    // `loweredNeedle` must not be empty.
+    ForwardFinderIgnoringAsciiCase(QStringView haystack, QStringView loweredNeedle);
+    ForwardFinderIgnoringAsciiCase(const ForwardFinderIgnoringAsciiCase &) = delete;
+    ForwardFinderIgnoringAsciiCase &operator=(const ForwardFinderIgnoringAsciiCase &) = delete;
+
+    // Position of the first occurrence at or after `from`, or -1.
+    qsizetype next(qsizetype from);
+
+private:
+    qsizetype nextCandidate(qsizetype from);
+
+    QStringView haystack_;
+    QStringView needle_;
+    char16_t firstUpper_;  // the first character itself when it has no case
+    ForwardFinder first_;
+    ForwardFinder firstUpperFinder_;
     qsizetype queriedFrom_ = -1;
     qsizetype found_ = -1;
 };

@@ -53,8 +53,12 @@ std::optional<ParseArguments> parseArgumentsFrom(const QStringList &arguments) {
 void writeCues(JsonStream &json, const TimeContentDictionary &dictionary,
                const CaptionColor &defaultColor) {
     json.raw("[");
+    // Keys of equal value ("1000", "01000") in string order, as the caption
+    // timeline orders them: the hash's order changes from run to run.
+    QStringList keys = dictionary.keys();
+    keys.sort();
     bool isFirst = true;
-    for (const QString &key : sortedArrayWithDescriptorKey(u"intValue", dictionary.keys())) {
+    for (const QString &key : sortedArrayWithDescriptorKey(u"intValue", std::move(keys))) {
         json.raw(isFirst ? "" : ",");
         isFirst = false;
         writeCueOfProcessedLine(json, key, *dictionary.constFind(key), defaultColor);
