@@ -87,6 +87,9 @@ constexpr std::size_t kMaxReplacementsInTurn = 9;
 class ReplacementTurn {
 public:
     void add(Replacement replacement) {
+        // The turns below are written out in full; one more than fits is a
+        // mistake in this file, not in the input.
+        Q_ASSERT(count_ < kMaxReplacementsInTurn);
         const QStringView before = replacement.before;
         openings_[count_] = {before.front().unicode(),
                              before.size() > 1 ? before[1].unicode() : u'\0'};
