@@ -39,10 +39,6 @@ QString removingSpans(const QString &text, QStringView openString, const QString
                           [](QStringView, QString &) {});
 }
 
-char16_t asciiLoweredCharacter(char16_t unit) {
-    return unit >= u'A' && unit <= u'Z' ? char16_t(unit + (u'a' - u'A')) : unit;
-}
-
 // Whether `needle` (ASCII, starting with a character that has no case) may
 // begin at `at` of `text`, whose character there is its first, for a
 // case-insensitive replacement. A non-ASCII character counts as a possible
@@ -54,7 +50,7 @@ bool mayMatchIgnoringCaseAt(QStringView text, qsizetype at, QStringView needle) 
     const char16_t *candidate = text.utf16() + at;
     const char16_t *wanted = needle.utf16();
     for (qsizetype i = 1; i < needle.size(); ++i) {
-        if (candidate[i] < 0x80 && asciiLoweredCharacter(candidate[i]) != wanted[i]) {
+        if (candidate[i] < 0x80 && asciiLoweredUnit(candidate[i]) != wanted[i]) {
             return false;
         }
     }
@@ -149,7 +145,7 @@ private:
                  at = text.indexOf(QChar(leadCharacter), at + 1)) {
                 // Most candidates differ at once in their second character.
                 const char16_t second = at + 1 < text.size() ? text.utf16()[at + 1] : u'\0';
-                const char16_t loweredSecond = asciiLoweredCharacter(second);
+                const char16_t loweredSecond = asciiLoweredUnit(second);
                 for (std::size_t i = lead; i < count_; ++i) {
                     const Opening &opening = openings_[i];
                     if (mayOccur[i] || opening.first != leadCharacter ||

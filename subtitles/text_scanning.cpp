@@ -31,14 +31,6 @@ std::int32_t integerValueSaturating(QStringView text) {
     return std::int32_t(std::min(magnitude, kLimit - 1));
 }
 
-namespace {
-
-char16_t asciiLoweredUnit(char16_t unit) {
-    return (unit >= u'A' && unit <= u'Z') ? char16_t(unit + (u'a' - u'A')) : unit;
-}
-
-}  // namespace
-
 QString asciiLowered(QStringView text) {
     QString lowered(text.size(), Qt::Uninitialized);
     const char16_t *in = text.utf16();

@@ -19,6 +19,9 @@ std::int32_t integerValueSaturating(QStringView text);
 
 // Lower-cases A-Z only, so positions in the result match the input exactly.
 // Every marker the parsers look for is ASCII.
+constexpr char16_t asciiLoweredUnit(char16_t unit) {
+    return (unit >= u'A' && unit <= u'Z') ? char16_t(unit + (u'a' - u'A')) : unit;
+}
 QString asciiLowered(QStringView text);
 // Whether `text` lower-cased as above equals, starts with or contains
 // `loweredNeedle` (lower-case ASCII), without building the lowered copy.
