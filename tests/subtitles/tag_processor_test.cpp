@@ -86,12 +86,10 @@ TEST(ProcessingTag, ItalicAndBoldFacesWithTheirMarkers) {
 TEST(ProcessingTag, FontSizeAndStrokeWidthsFollowTheStyle) {
     struct StyleCase {
         float sizePF;
-        double width;
-        double height;
+        double width, height;
         bool boldPF;
         int fontSize;
-        double outlineStroke;
-        double fillStroke;
+        double outlineStroke, fillStroke;
     };
     const StyleCase cases[] = {
         {0.05f, 960.0, 540.0, false, 48, -5.0, 0.0},

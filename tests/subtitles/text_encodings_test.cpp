@@ -25,12 +25,10 @@ const QString kJapanese = QStringLiteral(
     "2\n00:00:03,000 --> 00:00:04,000\n今日はとても良い天気ですね。散歩に行きましょう。\n\n"
     "3\n00:00:05,000 --> 00:00:06,000\n昼ご飯を食べてから、ゆっくり歩いて行きましょう。\n");
 
-TEST(TextEncodingItems, EveryConverterOpensAndTheFixedItemsAreWhereTheSettingExpects) {
+// Which item is which is the file-reading table's: it reads through them.
+TEST(TextEncodingItems, EveryConverterOpens) {
     const auto items = textEncodingItems();
     ASSERT_GT(items.size(), 30u);
-    EXPECT_STREQ(items[kUtf8EncodingItem].icuName, "UTF-8");
-    EXPECT_STREQ(items[kUtf16EncodingItem].icuName, "UTF-16");
-    EXPECT_EQ(items[kAutomaticEncodingItem].kind, TextEncodingItem::Kind::Automatic);
     for (const TextEncodingItem &item : items) {
         if (item.kind != TextEncodingItem::Kind::Encoding) {
             continue;
@@ -40,7 +38,6 @@ TEST(TextEncodingItems, EveryConverterOpensAndTheFixedItemsAreWhereTheSettingExp
         EXPECT_TRUE(U_SUCCESS(status)) << item.icuName;
         ucnv_close(converter);
     }
-    EXPECT_EQ(encodingItemsToTry(7), (std::vector<int>{0, 7, 1}));
 }
 
 // Detection itself is the file-reading tables'; with nothing to judge, the locale decides.
