@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QFileInfo>
 #include <QProcess>
 
 #include "engine/my_ca_opengl_layer.h"
@@ -48,17 +47,6 @@ protected:
     std::unique_ptr<MprisService> mpris;
 };
 
-TEST_F(MprisWithPlayerctl, MetadataOfTheCurrentFile) {
-    const Playlist &playlist = controller->playlist();
-    const QUrl current = playlist.reOpen.reOpenURL;
-    EXPECT_EQ(title(), QFileInfo(current.toLocalFile()).fileName());
-    EXPECT_EQ(playerctl({"metadata", "xesam:url"}), current.toString());
-    EXPECT_EQ(playerctl({"metadata", "mpris:trackid"}),  // playerctl quotes paths
-              QStringLiteral("'/org/tolvane/Tolvane/Track/%1'").arg(playlist.indexPlay));
-    const qlonglong lengthUsec = playerctl({"metadata", "mpris:length"}).toLongLong();
-    EXPECT_NEAR(lengthUsec / 1e6, controller->engine().fileDurationSec(), 1e-3);
-}
-
 TEST_F(MprisWithPlayerctl, PlayPauseStopAndTheirStatus) {
     const struct {
         const char *command;
@@ -77,16 +65,20 @@ TEST_F(MprisWithPlayerctl, PlayPauseStopAndTheirStatus) {
     }
 }
 
-// The volume is the running player's test (app_launch_test); here
-// the steps to either end and the refusals.
-TEST_F(MprisWithPlayerctl, NextPreviousAndOpen) {
+// The volume is the running player's test (app_launch_test); here the
+// metadata, the steps to either end and the refusals.
+TEST_F(MprisWithPlayerctl, MetadataFollowsNextPreviousAndOpen) {
     // In numeric order: h264_640x360, h264_aac, long_h264_aac.
     controller->doubleClickedAtTableView(1);
     ASSERT_EQ(title(), QStringLiteral("h264_aac.mkv"));
     playerctl({"next"});
     EXPECT_EQ(title(), QStringLiteral("long_h264_aac.mkv"));
-    EXPECT_EQ(playerctl({"metadata", "mpris:trackid"}),
+    EXPECT_EQ(playerctl({"metadata", "xesam:url"}),
+              controller->playlist().reOpen.reOpenURL.toString());
+    EXPECT_EQ(playerctl({"metadata", "mpris:trackid"}),  // playerctl quotes paths
               QStringLiteral("'/org/tolvane/Tolvane/Track/2'"));
+    EXPECT_NEAR(playerctl({"metadata", "mpris:length"}).toLongLong() / 1e6,
+                controller->engine().fileDurationSec(), 1e-3);
     playerctl({"previous"});
     playerctl({"previous"});
     EXPECT_EQ(title(), QStringLiteral("h264_640x360.mkv"));

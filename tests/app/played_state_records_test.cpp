@@ -226,11 +226,10 @@ TEST_F(Records, DamagedRecordsAreSetAsideBeforeTheNextSaveReplacesThem) {
     const QUrl file = tree.touch("movie.mkv", "123");
     playOnly(file);
     openedItems.openedVideoFileURLs = {file};
-    struct Case {
+    const struct {
         const char *key;
         QVariant stored;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"QZRTotalFdFlsData", QByteArray("\xff\x00garbage", 9)},
         {"QZRTotalFdFlsData", QCborValue(QCborArray{1, 2}).toCbor()},  // not a map
         {"QZRTotalFdFlsData",
@@ -238,7 +237,7 @@ TEST_F(Records, DamagedRecordsAreSetAsideBeforeTheNextSaveReplacesThem) {
         {"QZRRecentFdFlsData", QByteArray("not cbor")},
         {"QZRRecentFdFlsData", QCborValue(QCborArray{}).toCbor()},
     };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         const QMap<QString, QByteArray> before = setAsideRecords(c.key);
         storeRawRecord(c.key, c.stored);
         records.saveTotalFdFlsData("file");

@@ -117,10 +117,8 @@ TEST(CaptionFont, PrefersKoreanNotoAtTheLightestInstalledWeight) {
     EXPECT_EQ(preferredCaptionFontNameAmong({faces[0], faces[4]}), "Noto Sans CJK JP:style=Light");
     EXPECT_EQ(preferredCaptionFontNameAmong({}), "");
 
-    const QString installedChoice = preferredCaptionFontName();
-    EXPECT_FALSE(installedChoice.isEmpty()) << "an empty font name would drop per-font settings";
-    test::clearTolvaneSettings();
-    EXPECT_EQ(UserDefaults().registeredDefault("FontName"), QVariant(installedChoice));
+    EXPECT_FALSE(preferredCaptionFontName().isEmpty())
+        << "an empty font name would drop per-font settings";
 }
 
 // Installing or removing a CJK font must not move the default font away from

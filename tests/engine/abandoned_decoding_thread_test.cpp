@@ -43,13 +43,8 @@ int stallingGetBuffer(AVCodecContext *context, AVFrame *frame, int flags) {
 }
 
 TEST(AbandonedDecodingThread, ResetWithinTheBoundWhileADecodeStallsAndTheThreadFinishesAlone) {
-    struct Case {
-        const char *what;
-        bool isVideo;
-    };
-    const Case cases[] = {{"pixel thread", true}, {"sample thread", false}};
-    for (const Case &c : cases) {
-        SCOPED_TRACE(c.what);
+    for (const bool isVideo : {true, false}) {
+        SCOPED_TRACE(isVideo ? "pixel thread" : "sample thread");
         DecoderStall stall;
         MyCAOpenGLLayer engine;
         engine.setIsUseH264Acc(false);  // the context's `opaque` is the stall's
@@ -60,7 +55,7 @@ TEST(AbandonedDecodingThread, ResetWithinTheBoundWhileADecodeStallsAndTheThreadF
         // Owners the thread shares: expired once it has finished with them.
         std::weak_ptr<void> decoder;
         AVCodecContext *context = nullptr;
-        if (c.isVideo) {
+        if (isVideo) {
             const std::shared_ptr<VideoDecoder> video = engine.videoDecoderForTesting().lock();
             decoder = video;
             context = &video->contextForTesting();
@@ -75,7 +70,7 @@ TEST(AbandonedDecodingThread, ResetWithinTheBoundWhileADecodeStallsAndTheThreadF
 
         engine.setRate(1.0);
         engine.startPacketThread();
-        if (c.isVideo) {
+        if (isVideo) {
             engine.startPixelThread();
         } else {
             engine.startSampleThread();

@@ -86,12 +86,10 @@ TEST(ProcessingTag, ItalicAndBoldFacesWithTheirMarkers) {
 TEST(ProcessingTag, FontSizeAndStrokeWidthsFollowTheStyle) {
     struct StyleCase {
         float sizePF;
-        double width;
-        double height;
+        double width, height;
         bool boldPF;
         int fontSize;
-        double outlineStroke;
-        double fillStroke;
+        double outlineStroke, fillStroke;
     };
     const StyleCase cases[] = {
         {0.05f, 960.0, 540.0, false, 48, -5.0, 0.0},
@@ -125,16 +123,15 @@ TEST(ProcessingTag, RubyAnnotationsSitUnderTheOddKeyOfTheirRow) {
     EXPECT_EQ(rowTexts(line), QStringList({"top", "x漢字yA"}));
     ASSERT_EQ(line.rows.size(), 2u);
     EXPECT_TRUE(line.rows[0].rubyAnnotations.empty());
-    const auto &annotations = line.rows[1].rubyAnnotations;
-    ASSERT_EQ(annotations.size(), 2u);
-    EXPECT_EQ(annotations[0].baseFirstColumn, 1);
-    EXPECT_EQ(annotations[0].baseLastColumn, 2);
-    EXPECT_EQ(annotations[0].fill.text(), "かん じ");
-    EXPECT_EQ(annotations[0].fill.attributesAt(0).fontSize, 21);
-    EXPECT_EQ(annotations[0].outline.text(), "かん じ");
-    EXPECT_EQ(annotations[1].baseFirstColumn, 4);
-    EXPECT_EQ(annotations[1].baseLastColumn, 4);
-    EXPECT_EQ(annotations[1].fill.text(), "a");
+    QStringList annotations;  // "<base columns> <fill>|<outline> <font size>"
+    for (const auto &ruby : line.rows[1].rubyAnnotations) {
+        annotations << QStringLiteral("%1-%2 %3|%4 %5")
+                           .arg(ruby.baseFirstColumn)
+                           .arg(ruby.baseLastColumn)
+                           .arg(ruby.fill.text(), ruby.outline.text())
+                           .arg(ruby.fill.attributesAt(0).fontSize);
+    }
+    EXPECT_EQ(annotations, QStringList({"1-2 かん じ|かん じ 21", "4-4 a|a 21"}));
 }
 
 TEST(ProcessingTag, WrapsALongSingleLineIntoEvenRows) {

@@ -30,24 +30,20 @@ TEST(CaptionLayoutTest, RowsStackFromTheirEdgeWithTheSpacingBetween) {
         CaptionEdge edge;
         std::vector<CaptionRowPlacement> expected;
     };
+    // clang-format off
     const std::vector<Case> cases = {
         // Bottom margin 50: the last row's descent ends at 450.
-        {"two rows at the bottom, the first above",
-         {rowOfWidth(200), rowOfWidth(600)},
-         CaptionEdge::bottom,
-         {{400, 390}, {200, 440}}},
+        {"two rows at the bottom, the first above", {rowOfWidth(200), rowOfWidth(600)},
+         CaptionEdge::bottom, {{400, 390}, {200, 440}}},
         // Top margin 50: the first row's ascent starts at 50.
-        {"two rows at the top, the first below the edge",
-         {rowOfWidth(200), rowOfWidth(600)},
-         CaptionEdge::top,
-         {{400, 80}, {200, 130}}},
+        {"two rows at the top, the first below the edge", {rowOfWidth(200), rowOfWidth(600)},
+         CaptionEdge::top, {{400, 80}, {200, 130}}},
         {"ruby room above a row at the top", {rowOfWidth(200, 20)}, CaptionEdge::top, {{400, 100}}},
-        {"ruby room on the lower row pushes the upper one up",
-         {rowOfWidth(200), rowOfWidth(200, 20)},
-         CaptionEdge::bottom,
-         {{400, 370}, {400, 440}}},
+        {"ruby room on the lower row pushes the upper one up", {rowOfWidth(200), rowOfWidth(200, 20)},
+         CaptionEdge::bottom, {{400, 370}, {400, 440}}},
         {"no rows", {}, CaptionEdge::bottom, {}},
     };
+    // clang-format on
     for (const Case &testCase : cases) {
         SCOPED_TRACE(testCase.name);
         const std::vector<CaptionRowPlacement> placed =

@@ -2,16 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <ostream>
 #include <vector>
 
-inline std::ostream &operator<<(std::ostream &out, const QRect &rect) {
-    return out << '(' << rect.x() << ", " << rect.y() << ' ' << rect.width() << 'x' << rect.height()
-               << ')';
-}
-inline std::ostream &operator<<(std::ostream &out, const QSize &size) {
-    return out << size.width() << 'x' << size.height();
-}
+#include "support/qt_printers.h"
 
 namespace tolvane {
 namespace {
@@ -30,22 +23,21 @@ TEST(ControlPanelLayoutTest, EveryControlFitsInsideThePanelWithoutOverlapping) {
         const QRect panel(QPoint(0, 0), QSize(width, kControlPanelSize.height()));
         const std::vector<QRect> controls = controlsOf(controlPanelLayout(width));
         for (std::size_t i = 0; i < controls.size(); ++i) {
-            EXPECT_TRUE(panel.contains(controls[i])) << "control " << i << ": " << controls[i];
+            EXPECT_TRUE(panel.contains(controls[i]))
+                << "control " << i << ": " << testing::PrintToString(controls[i]);
             EXPECT_FALSE(controls[i].isEmpty()) << "control " << i;
             for (std::size_t j = i + 1; j < controls.size(); ++j) {
                 EXPECT_FALSE(controls[i].intersects(controls[j]))
-                    << "controls " << i << " and " << j << ": " << controls[i] << controls[j];
+                    << "controls " << i << " and " << j << ": "
+                    << testing::PrintToString(std::make_pair(controls[i], controls[j]));
             }
         }
     }
 }
 
-TEST(ControlPanelLayoutTest, TheFullPanelHasTheOriginalStripsAndSeparators) {
-    const ControlPanelLayout layout = controlPanelLayout(kControlPanelSize.width());
-    EXPECT_EQ(layout.rowSeparator.size(), QSize(612, 1));
-    EXPECT_EQ(layout.topEdge.size(), QSize(628, 1));
-    EXPECT_NEAR(layout.playPauseButton.center().x(), kControlPanelSize.width() / 2, 1)
-        << "play/pause sits in the middle";
+TEST(ControlPanelLayoutTest, PlayPauseSitsInTheMiddleOfTheFullPanel) {
+    EXPECT_NEAR(controlPanelLayout(kControlPanelSize.width()).playPauseButton.center().x(),
+                kControlPanelSize.width() / 2, 1);
 }
 
 TEST(ControlPanelLayoutTest, ThePanelIsCentredAboveTheBottomAndShrinksWithTheView) {
@@ -65,7 +57,7 @@ TEST(ControlPanelLayoutTest, ThePanelIsCentredAboveTheBottomAndShrinksWithTheVie
         {{300, 170}, {0, 109, 300, 45}},
     };
     for (const Case &c : cases) {
-        EXPECT_EQ(controlPanelFrame(c.view), c.frame) << c.view;
+        EXPECT_EQ(controlPanelFrame(c.view), c.frame) << testing::PrintToString(c.view);
     }
 }
 

@@ -4,7 +4,6 @@
 
 #include <QCoreApplication>
 #include <QVideoSink>
-#include <cstring>
 
 #include "support/offscreen_gl_test.h"
 
@@ -13,12 +12,13 @@ namespace {
 
 constexpr QSize kFrameSize{16, 12};
 
-struct Bytes {
-    std::uint8_t a, b, c;  // Y U V, or R G B
-};
+using Pattern = std::vector<uchar>;
 
-// A frame of one flat colour in `pixelFormat`, rows padded as Qt lays them out.
-QVideoFrame flatFrame(QVideoFrameFormat::PixelFormat pixelFormat, Bytes colour) {
+// A frame of one flat colour: every row of plane p repeats planes[p]'s bytes
+// (Y, U, V for the planar formats, in the order of the format's name for the
+// packed ones); chroma planes have half the rows.
+QVideoFrame flatFrame(QVideoFrameFormat::PixelFormat pixelFormat,
+                      const std::vector<Pattern> &planes) {
     QVideoFrameFormat format(kFrameSize, pixelFormat);
     format.setColorSpace(QVideoFrameFormat::ColorSpace_BT601);
     format.setColorRange(QVideoFrameFormat::ColorRange_Video);
@@ -26,53 +26,11 @@ QVideoFrame flatFrame(QVideoFrameFormat::PixelFormat pixelFormat, Bytes colour) 
     if (!frame.map(QVideoFrame::WriteOnly)) {
         return {};
     }
-    const int width = kFrameSize.width();
-    const int height = kFrameSize.height();
-    const auto fillRows = [&](int plane, int rows, auto &&fillRow) {
-        for (int row = 0; row < rows; ++row) {
-            fillRow(frame.bits(plane) + std::size_t(row) * frame.bytesPerLine(plane));
-        }
-    };
-    switch (pixelFormat) {
-        case QVideoFrameFormat::Format_YUV420P:
-        case QVideoFrameFormat::Format_YV12: {
-            const bool isYv12 = pixelFormat == QVideoFrameFormat::Format_YV12;
-            fillRows(0, height, [&](uchar *row) { std::memset(row, colour.a, width); });
-            fillRows(1, height / 2, [&](uchar *row) {
-                std::memset(row, isYv12 ? colour.c : colour.b, width / 2);
-            });
-            fillRows(2, height / 2, [&](uchar *row) {
-                std::memset(row, isYv12 ? colour.b : colour.c, width / 2);
-            });
-            break;
-        }
-        case QVideoFrameFormat::Format_NV12:
-            fillRows(0, height, [&](uchar *row) { std::memset(row, colour.a, width); });
-            fillRows(1, height / 2, [&](uchar *row) {
-                for (int x = 0; x < width / 2; ++x) {
-                    row[2 * x] = colour.b;
-                    row[2 * x + 1] = colour.c;
-                }
-            });
-            break;
-        case QVideoFrameFormat::Format_UYVY:
-            fillRows(0, height, [&](uchar *row) {
-                for (int x = 0; x < width / 2; ++x) {
-                    const uchar pair[4] = {colour.b, colour.a, colour.c, colour.a};
-                    std::memcpy(row + 4 * x, pair, 4);
-                }
-            });
-            break;
-        default: {  // 8-bit RGB: the byte order is the format's name
-            const bool isBgr = pixelFormat == QVideoFrameFormat::Format_BGRA8888 ||
-                               pixelFormat == QVideoFrameFormat::Format_BGRX8888;
-            fillRows(0, height, [&](uchar *row) {
-                for (int x = 0; x < width; ++x) {
-                    const uchar pixel[4] = {isBgr ? colour.c : colour.a, colour.b,
-                                            isBgr ? colour.a : colour.c, 255};
-                    std::memcpy(row + 4 * x, pixel, 4);
-                }
-            });
+    for (std::size_t p = 0; p < planes.size(); ++p) {
+        const int rows = p == 0 ? kFrameSize.height() : kFrameSize.height() / 2;
+        const int bytesPerLine = frame.bytesPerLine(int(p));
+        for (int i = 0; i < rows * bytesPerLine; ++i) {
+            frame.bits(int(p))[i] = planes[p][std::size_t(i % bytesPerLine) % planes[p].size()];
         }
     }
     frame.unmap();
@@ -93,25 +51,25 @@ protected:
 };
 
 TEST_F(NativePictureSourceTest, EachPixelFormatIsDrawnInItsColours) {
-    const Bytes red601 = {81, 90, 240};
-    const Bytes rgb = {255, 64, 0};
+    using F = QVideoFrameFormat;
     struct Case {
         QVideoFrameFormat::PixelFormat pixelFormat;
-        Bytes bytes;
+        std::vector<Pattern> planes;
         QRgb expected;
         bool isConvertedByQt;
     };
+    const QRgb red = qRgb(255, 0, 0);
     const Case cases[] = {
-        {QVideoFrameFormat::Format_YUV420P, red601, qRgb(255, 0, 0), false},
-        {QVideoFrameFormat::Format_YV12, red601, qRgb(255, 0, 0), false},
-        {QVideoFrameFormat::Format_NV12, red601, qRgb(255, 0, 0), false},
-        {QVideoFrameFormat::Format_RGBX8888, rgb, qRgb(255, 64, 0), false},
-        {QVideoFrameFormat::Format_BGRA8888, rgb, qRgb(255, 64, 0), false},
-        {QVideoFrameFormat::Format_UYVY, red601, qRgb(255, 0, 0), true},
+        {F::Format_YUV420P, {{81}, {90}, {240}}, red, false},
+        {F::Format_YV12, {{81}, {240}, {90}}, red, false},
+        {F::Format_NV12, {{81}, {90, 240}}, red, false},
+        {F::Format_RGBX8888, {{255, 64, 0, 255}}, qRgb(255, 64, 0), false},
+        {F::Format_BGRA8888, {{0, 64, 255, 255}}, qRgb(255, 64, 0), false},
+        {F::Format_UYVY, {{90, 81, 240, 81}}, red, true},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(QVideoFrameFormat::pixelFormatToString(c.pixelFormat).toStdString());
-        const QVideoFrame frame = flatFrame(c.pixelFormat, c.bytes);
+        const QVideoFrame frame = flatFrame(c.pixelFormat, c.planes);
         ASSERT_TRUE(frame.isValid());
         const int planeDraws = source.planeDrawCount();
         const int convertedDraws = source.convertedDrawCount();
@@ -131,7 +89,7 @@ TEST_F(NativePictureSourceTest, AsynchronousWhileFramesArriveAndWakesOnTheFirst)
     int wakes = 0;
     source.setWakeHandler([&wakes] { ++wakes; });
     EXPECT_FALSE(source.isAsynchronous()) << "no frame yet";
-    const QVideoFrame frame = flatFrame(QVideoFrameFormat::Format_NV12, {126, 128, 128});
+    const QVideoFrame frame = flatFrame(QVideoFrameFormat::Format_NV12, {{126}, {128, 128}});
     deliver(frame);
     EXPECT_TRUE(source.isAsynchronous());
     EXPECT_EQ(wakes, 1);

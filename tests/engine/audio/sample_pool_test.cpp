@@ -139,32 +139,18 @@ TEST_F(SamplePoolTest, NodesLargerThanThePoolArePassedOnWhole) {
 }
 
 TEST(SampleQueueLimit, ShrinksToTheFramesStillToCome) {
-    struct Case {
-        double durationSec;
-        std::int64_t readed;
-        int frameSize;
-        int channels;
-        int bytesPerChannel;
-        int expected;
+    // Duration, start, rate, samples read, frame size, channels, bytes per sample.
+    const std::pair<SampleQueueLimitInputs, int> cases[] = {
+        {{10.0, 0.0, 48000, 0, 1024, 2, 2}, 80},
+        {{10.0, 0.0, 48000, 480000 - 1024 * 10, 1024, 2, 4}, 10},
+        {{10.0, 0.0, 48000, 480000 - 1023, 1024, 2, 2}, 0},  // less than one frame left
+        {{10.0, 0.0, 48000, 480000 + 5000, 1024, 2, 2}, 0},  // past the end
+        {{100.0, 0.0, 48000, 0, 23999, 8, 2}, 80},           // 383984 bytes per frame
+        {{100.0, 0.0, 48000, 0, 24000, 4, 4}, 50},           // 384000 bytes is more than 383999
+        {{10.0, 0.0, 48000, 0, 0, 2, 2}, 0},
     };
-    const Case cases[] = {
-        {10.0, 0, 1024, 2, 2, 80},
-        {10.0, 480000 - 1024 * 10, 1024, 2, 4, 10},
-        {10.0, 480000 - 1023, 1024, 2, 2, 0},  // less than one frame left
-        {10.0, 480000 + 5000, 1024, 2, 2, 0},  // past the end
-        {100.0, 0, 23999, 8, 2, 80},           // 383984 bytes per frame
-        {100.0, 0, 24000, 4, 4, 50},           // 384000 bytes is more than 383999
-        {10.0, 0, 0, 2, 2, 0},
-    };
-    for (const Case &c : cases) {
-        SampleQueueLimitInputs inputs;
-        inputs.fileDurationSec = c.durationSec;
-        inputs.sampleRate = 48000;
-        inputs.readedSampleCount = c.readed;
-        inputs.frameSize = c.frameSize;
-        inputs.channels = c.channels;
-        inputs.audioBytesPerChannel = c.bytesPerChannel;
-        EXPECT_EQ(sampleQueueLimitFor(inputs), c.expected) << "readed " << c.readed;
+    for (const auto &[inputs, expected] : cases) {
+        EXPECT_EQ(sampleQueueLimitFor(inputs), expected) << "read " << inputs.readedSampleCount;
     }
 }
 

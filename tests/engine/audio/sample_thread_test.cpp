@@ -12,6 +12,18 @@
 namespace tolvane {
 namespace {
 
+// The packet and sample threads' turns by hand, the video thrown away, until `isDone`.
+void runSampleTurnsUntil(MyCAOpenGLLayer &engine, const std::function<bool()> &isDone) {
+    for (int pass = 0; pass < 1000 && !isDone(); ++pass) {
+        if (engine.audioPacketCount() == 0) {
+            engine.addPacketOnePass();
+            engine.removeAllVideoPackets();
+        } else {
+            engine.addSampleOneTurn();
+        }
+    }
+}
+
 // PCM in frames of 1.25 s: 60,000 stereo 16-bit samples, 240,000 bytes. A
 // frame cut to what the output pool once took loses a quarter of a second of
 // every frame, and the sound runs ahead of the pictures from then on.
@@ -20,14 +32,7 @@ TEST(SampleThread, FramesLargerThanThePoolAreQueuedWhole) {
     ASSERT_EQ(engine.openMovieFile(test::mediaPath("pcm_long_frames.mkv")),
               QLatin1String(kOpenSucceeded));
     engine.setRate(1.0);
-    for (int pass = 0; pass < 1000 && engine.readedSampleCount() == 0; ++pass) {
-        if (engine.audioPacketCount() == 0) {
-            engine.addPacketOnePass();
-            engine.removeAllVideoPackets();
-        } else {
-            engine.addSampleOneTurn();
-        }
-    }
+    runSampleTurnsUntil(engine, [&] { return engine.readedSampleCount() != 0; });
     EXPECT_EQ(engine.readedSampleCount(), 60000);
     ASSERT_EQ(engine.sampleDataCountForChannel(0), 1);
     EXPECT_EQ(engine.getSampleData(0)->data.size(), 240000u);
@@ -52,14 +57,7 @@ TEST(SampleThread, APauseWhileTheOutputStartsKeepsItStopped) {
             pause.wait_for(std::chrono::milliseconds(200));
         }
     });
-    for (int pass = 0; pass < 1000 && !pause.valid(); ++pass) {
-        if (engine.audioPacketCount() == 0) {
-            engine.addPacketOnePass();
-            engine.removeAllVideoPackets();
-        } else {
-            engine.addSampleOneTurn();
-        }
-    }
+    runSampleTurnsUntil(engine, [&] { return pause.valid(); });
     ASSERT_TRUE(pause.valid()) << "the sample thread never started the output";
     pause.get();
     EXPECT_EQ(engine.rate(), 0.0);

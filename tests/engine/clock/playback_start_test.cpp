@@ -71,30 +71,17 @@ TEST_F(PlaybackStartTest, TheClockStartsOnTheStreamsStartAndTheFirstPictureIsSho
 }
 
 TEST(ClockStart, TheClockWaitsForTheFirstPictureAsLongAsOneMayCome) {
-    struct Case {
-        const char *name;
-        bool hasVideo;
-        bool isPictureOnScreen;
-        bool hasPicturesLeftToShow;
-        std::int64_t framesHeld;
-        bool holds;
+    // Video, a picture on screen, pictures left to show, frames held, at 48 kHz.
+    const std::tuple<const char *, ClockHoldInputs, bool> cases[] = {
+        {"opened, nothing decoded yet", {true, false, true, 0, 48000}, true},
+        {"first picture on screen", {true, true, true, 0, 48000}, false},
+        {"held almost half a second", {true, false, true, 23999, 48000}, true},
+        {"held half a second: sound without pictures", {true, false, true, 24000, 48000}, false},
+        {"the video gives no picture at all", {true, false, false, 0, 48000}, false},
+        {"no video", {false, false, false, 0, 48000}, false},
     };
-    const Case cases[] = {
-        {"opened, nothing decoded yet", true, false, true, 0, true},
-        {"first picture on screen", true, true, true, 0, false},
-        {"held almost half a second", true, false, true, 23999, true},
-        {"held half a second: sound without pictures", true, false, true, 24000, false},
-        {"the video gives no picture at all", true, false, false, 0, false},
-        {"no video", false, false, false, 0, false},
-    };
-    for (const Case &c : cases) {
-        ClockHoldInputs inputs;
-        inputs.hasVideo = c.hasVideo;
-        inputs.isPictureOnScreen = c.isPictureOnScreen;
-        inputs.hasPicturesLeftToShow = c.hasPicturesLeftToShow;
-        inputs.framesHeld = c.framesHeld;
-        inputs.sampleRate = 48000;
-        EXPECT_EQ(shouldHoldClockForFirstPicture(inputs), c.holds) << c.name;
+    for (const auto &[name, inputs, holds] : cases) {
+        EXPECT_EQ(shouldHoldClockForFirstPicture(inputs), holds) << name;
     }
 }
 

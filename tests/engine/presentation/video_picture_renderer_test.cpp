@@ -77,6 +77,11 @@ BitmapBytes convertedTo(BitmapLayout layout, const PlanarPictureView &view) {
     return bitmap;
 }
 
+BitmapBytes flatRed(BitmapLayout layout, int width = 16) {
+    return convertedTo(layout,
+                       planarQuadrants(width, 8, {kRed601, kRed601, kRed601, kRed601}).view);
+}
+
 // Pictures are drawn from NV12, the packed 4:2:2 conversion or its first
 // field (which holds half the rows and must still fill the view): each with
 // the matrix of the frame's height and the +0.1 EV that the grey shows.
@@ -87,24 +92,17 @@ TEST_F(RendererTest, PackedNv12AndOneFieldPicturesUseTheMatrixOfTheirHeight) {
         Yuv quadrant[4];
         QRgb expected[4];
     };
+    // clang-format off
     const Case cases[] = {
-        {"bt601 bars and grey",
-         64,
-         240,
-         {kRed601, {145, 54, 34}, kBlue601, {126, 128, 128}},
+        {"bt601 bars and grey", 64, 240, {kRed601, {145, 54, 34}, kBlue601, {126, 128, 128}},
          {qRgb(255, 0, 0), qRgb(0, 255, 0), qRgb(0, 0, 255), qRgb(132, 132, 132)}},
-        {"bt709 bars and white",
-         64,
-         720,
-         {{63, 102, 240}, {173, 42, 26}, {32, 240, 118}, {235, 128, 128}},
+        {"bt709 bars and white", 64, 720, {{63, 102, 240}, {173, 42, 26}, {32, 240, 118}, {235, 128, 128}},
          {qRgb(255, 0, 0), qRgb(0, 255, 0), qRgb(0, 0, 255), qRgb(255, 255, 255)}},
         // Odd sizes: the chroma is rounded up, not cut.
-        {"odd size",
-         33,
-         9,
-         {kRed601, kRed601, kBlue601, kBlue601},
+        {"odd size", 33, 9, {kRed601, kRed601, kBlue601, kBlue601},
          {qRgb(255, 0, 0), qRgb(255, 0, 0), qRgb(0, 0, 255), qRgb(0, 0, 255)}},
     };
+    // clang-format on
     for (const Case &c : cases) {
         const PlanarPicture picture = planarQuadrants(c.width, c.height, c.quadrant);
         for (const BitmapLayout layout :
@@ -113,11 +111,10 @@ TEST_F(RendererTest, PackedNv12AndOneFieldPicturesUseTheMatrixOfTheirHeight) {
             SCOPED_TRACE(std::string(c.name) + ", layout " + std::to_string(int(layout)));
             const BitmapBytes bitmap = convertedTo(layout, picture.view);
             const QImage image = draw({layout, bitmap.data(), bitmap.size(), c.width, c.height});
-            for (int quadrant = 0; quadrant < 4; ++quadrant) {
-                EXPECT_TRUE(isColourNear(
-                    colourAt(image, quadrant % 2 ? 0.75 : 0.25, quadrant < 2 ? 0.25 : 0.75),
-                    c.expected[quadrant]))
-                    << "quadrant " << quadrant;
+            for (int q = 0; q < 4; ++q) {
+                EXPECT_TRUE(isColourNear(colourAt(image, 0.25 + q % 2 * 0.5, 0.25 + q / 2 * 0.5),
+                                         c.expected[q]))
+                    << "quadrant " << q;
             }
         }
     }
@@ -131,12 +128,12 @@ TEST_F(RendererTest, RgbLayoutsGetHalfAStop) {
         std::vector<std::uint8_t> pixel;  // A R G B, or R G B A in 16-bit little-endian
         QRgb expected;
     } cases[] = {
-        {BitmapLayout::Rgba16From444p10,
-         {0xff, 0xff, 0, 0, 0, 0x80, 0xff, 0xff},
-         qRgb(255, 0, 149)},
+        // clang-format off
+        {BitmapLayout::Rgba16From444p10, {0xff, 0xff, 0, 0, 0, 0x80, 0xff, 0xff}, qRgb(255, 0, 149)},
         {BitmapLayout::Argb8From444p10, {255, 64, 128, 0}, qRgb(76, 150, 0)},
         {BitmapLayout::Argb8From444p10, {255, 8, 250, 40}, qRgb(11, 255, 48)},
         {BitmapLayout::Argb8From444p10, {255, 10, 200, 255}, qRgb(14, 233, 255)},
+        // clang-format on
     };
     for (const auto &c : cases) {
         alignas(2) std::uint8_t bytes[8 * 6 * 8];
@@ -151,9 +148,7 @@ TEST_F(RendererTest, RgbLayoutsGetHalfAStop) {
 
 TEST_F(RendererTest, TextureIsReusedWhileTheSizeStays) {
     for (const int width : {16, 16, 32}) {
-        const PlanarPicture grey = planarQuadrants(
-            width, 8, {{126, 128, 128}, {126, 128, 128}, {126, 128, 128}, {126, 128, 128}});
-        const BitmapBytes bitmap = convertedTo(BitmapLayout::Packed422From420p8, grey.view);
+        const BitmapBytes bitmap = flatRed(BitmapLayout::Packed422From420p8, width);
         draw({BitmapLayout::Packed422From420p8, bitmap.data(), bitmap.size(), width, 8});
     }
     EXPECT_EQ(renderer.textureAllocationCount(), 2);
@@ -161,12 +156,10 @@ TEST_F(RendererTest, TextureIsReusedWhileTheSizeStays) {
 
 // A bitmap shorter than its layout and size need is not read at all.
 TEST_F(RendererTest, PicturesShorterThanTheirLayoutOrEmptyDrawNothing) {
-    const PlanarPicture red = planarQuadrants(16, 8, {kRed601, kRed601, kRed601, kRed601});
-    const BitmapBytes packed = convertedTo(BitmapLayout::Packed422From420p8, red.view);
-    const BitmapBytes nv12 = convertedTo(BitmapLayout::Nv12From420p8, red.view);
+    const BitmapBytes packed = flatRed(BitmapLayout::Packed422From420p8);
+    const BitmapBytes nv12 = flatRed(BitmapLayout::Nv12From420p8);
     const PictureView cases[] = {
-        {BitmapLayout::Rgba16From420p10, packed.data(), packed.size(), 16,
-         8},  // read four times over
+        {BitmapLayout::Rgba16From420p10, packed.data(), packed.size(), 16, 8},  // read 4x over
         {BitmapLayout::Nv12From420p8, nv12.data(), nv12.size() - 1, 16, 8},
         {BitmapLayout::Packed422From420p8, nullptr, 0, 0, 0},
     };
@@ -179,8 +172,7 @@ TEST_F(RendererTest, PicturesShorterThanTheirLayoutOrEmptyDrawNothing) {
 TEST_F(RendererTest, OverlayAreasAreBlendedOverThePictureTheRestIsNot) {
     // Opaque blue everywhere but in two areas: half-transparent white at the
     // top left, transparent at the bottom right. Only the areas may show.
-    const PlanarPicture red = planarQuadrants(16, 8, {kRed601, kRed601, kRed601, kRed601});
-    const BitmapBytes bytes = convertedTo(BitmapLayout::Packed422From420p8, red.view);
+    const BitmapBytes bytes = flatRed(BitmapLayout::Packed422From420p8);
     QImage overlay(viewport, QImage::Format_RGBA8888_Premultiplied);
     overlay.fill(QColor(0, 0, 255));
     const QSize half = viewport / 2;

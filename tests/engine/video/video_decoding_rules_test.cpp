@@ -4,6 +4,8 @@
 
 #include <cmath>
 
+#include "engine/video/bitmap_conversion.h"
+
 namespace tolvane {
 namespace {
 
@@ -119,6 +121,29 @@ TEST(PictureTime, OwnTimeFirstThenThePacketRule) {
     }
     // A negative packet pts is read as unsigned: a huge time, kept as it always was.
     EXPECT_GT(pictureTimeFor(kNone, -1, 0, millis, 0.0).ptsSec, 1e15);
+}
+
+TEST(BitmapQueueBytes, LargePicturesQueueFewerButNeverTooFew) {
+    const struct {
+        BitmapLayout layout;
+        int width, height, expected;
+    } cases[] = {
+        {BitmapLayout::Packed422From420p8, 1920, 1080, 14},
+        {BitmapLayout::Packed422From420p8, 320, 240, kMaxQueuedBitmaps},
+        {BitmapLayout::Rgba16From420p10, 1920, 1080, 3},  // 16.6 MB each
+        {BitmapLayout::Packed422From420p8, 3840, 2160, 3},
+        {BitmapLayout::Rgba16From420p10, 3840, 2160, kMinQueuedBitmaps},
+        {BitmapLayout::Rgba16From444p10, 7680, 4320, kMinQueuedBitmaps},
+        {BitmapLayout::Packed422From420p8, 0, 0, kMaxQueuedBitmaps},  // size not known yet
+    };
+    for (const auto &c : cases) {
+        const int limit =
+            bitmapQueueLimitForPictureBytes(bitmapByteCountFor(c.layout, c.width, c.height));
+        EXPECT_EQ(limit, c.expected) << c.width << "x" << c.height;
+        EXPECT_TRUE(limit == kMinQueuedBitmaps ||
+                    std::size_t(limit) * bitmapByteCountFor(c.layout, c.width, c.height) <=
+                        kMaxQueuedBitmapBytes);
+    }
 }
 
 }  // namespace

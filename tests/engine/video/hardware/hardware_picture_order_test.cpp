@@ -54,39 +54,26 @@ TEST(HardwarePictureOrder, ReleasesInPresentationOrderWithTheSmallestDecodingSta
         std::vector<Arrival> arrivals;
         std::vector<Release> expected;
     };
+    // clang-format off
     const Case cases[] = {
         // The third picture at depth 2 releases the smallest PTS (picture 2),
         // stamped with the smallest DTS so far (1).
-        {"depth 2",
-         0,
-         2,
-         {{1, 30, 3}, {2, 10, 1}, {3, 20, 2}, {4, 40, 4}},
+        {"depth 2", 0, 2, {{1, 30, 3}, {2, 10, 1}, {3, 20, 2}, {4, 40, 4}},
          {{2, 0.01}, {3, 0.02}, {1, 0.03}, {4, 0.04}}},
-        {"equal PTS leave in arrival order",
-         0,
-         1,
-         {{1, 10, 1}, {2, 10, 2}, {3, 10, 3}},
+        {"equal PTS leave in arrival order", 0, 1, {{1, 10, 1}, {2, 10, 2}, {3, 10, 3}},
          {{1, 0.01}, {2, 0.02}, {3, 0.03}}},
         {"fewer than two are always held", 0, 0, {{1, 10, 1}, {2, 20, 2}}, {{1, 0.01}, {2, 0.02}}},
         // Stamps that repeat the decoding ones would scramble display order:
         // arrival order is kept, and the DTS list still times the pictures.
-        {"unusable PTS keep arrival order",
-         1,
-         1,
-         {{1, 3, 3}, {2, 1, 1}, {3, 2, 2}},
+        {"unusable PTS keep arrival order", 1, 1, {{1, 3, 3}, {2, 1, 1}, {3, 2, 2}},
          {{1, 0.01}, {2, 0.02}, {3, 0.03}}},
-        {"PTS stands in for a missing DTS",
-         0,
-         1,
-         {{1, 20, kUnset}, {2, 10, kUnset}, {3, 30, kUnset}},
+        {"PTS stands in for a missing DTS", 0, 1, {{1, 20, kUnset}, {2, 10, kUnset}, {3, 30, kUnset}},
          {{2, 0.10}, {1, 0.20}, {3, 0.30}}},
         // No stamps: the next expected time, advancing one frame at 25 fps.
-        {"no stamps at all",
-         1,
-         1,
-         {{1, kUnset, kUnset}, {2, kUnset, kUnset}, {3, kUnset, kUnset}},
+        {"no stamps at all", 1, 1, {{1, kUnset, kUnset}, {2, kUnset, kUnset}, {3, kUnset, kUnset}},
          {{1, 5.0}, {2, 5.04}, {3, 5.08}}},
     };
+    // clang-format on
     for (const Case &c : cases) {
         const std::vector<Release> releases =
             runOrder(c.flagMessPTS, c.reorderDepth, 25.0, c.arrivals, 5.0);
