@@ -59,8 +59,8 @@ protected:
 TEST_F(VideoViewTest, AsksOncePerRefreshAndDrawsOnlyOnYes) {
     const int repaintsBefore = view.repaintCount();
     view.setPictureSource(&source);
-    test::processEventsFor(600);
-    EXPECT_GT(view.decisionCount(), 5);
+    // A loaded machine may refresh far less often than the display's rate.
+    ASSERT_TRUE(test::processEventsUntil([&] { return view.decisionCount() > 5; }));
     EXPECT_EQ(view.decisionCount(), source.questions);
     // Each yes draws once; taking the source draws once more, and an expose
     // of the window may add one. A no repaints nothing.
