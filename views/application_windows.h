@@ -2,7 +2,7 @@
 
 #include <QObject>
 
-#include "views/inspector_window.h"
+#include "views/media_info_window.h"
 #include "views/message_box_interaction.h"
 #include "views/my_window.h"
 #include "views/playlist_window.h"

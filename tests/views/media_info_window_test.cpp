@@ -1,4 +1,4 @@
-#include "views/inspector_window.h"
+#include "views/media_info_window.h"
 
 #include <gtest/gtest.h>
 

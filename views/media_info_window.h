@@ -13,7 +13,7 @@ namespace tolvane {
 class AppController;
 struct InspectorState;
 
-// The inspector: what the loaded file is ("FF"/"NT", "H.264"/"10-bit", frame
+// The inspector window: what the loaded file is ("FF"/"NT", "H.264"/"10-bit", frame
 // rate, bit rate, picture size, video format), its sound tracks, its caption
 // tracks with the delay of each shown one, and the caption text encoding.
 // Shows the controller's InspectorState; choices go back to the controller.
