@@ -6,7 +6,7 @@
 #   make test SANITIZE=address,undefined   (or SANITIZE=thread) in its own build tree
 #   make bench                    run the benchmarks
 #   make fuzz [FUZZ_SECONDS=600]  build the caption fuzz targets with clang and run each
-#   make fuzz FUZZ_BUILD=throughput   the same without sanitizers, three times the inputs
+#   make fuzz FUZZ_BUILD=throughput   the same without sanitizers, three to four times the inputs
 
 SANITIZE ?=
 BUILD_TYPE ?= RelWithDebInfo
