@@ -146,12 +146,8 @@ TEST_F(NativeModeTest, TransportControlsDriveTheNativePlayer) {
         {"play at the end starts again", 1199.9, 0, &C::clickPlayPauseButton, false, {0}, {1}, {}},
         {"forward while playing", 600, 1, &C::clickForwardMenu, true, {603}, {0, 1}, {}},
         {"backward while paused", 600, 0, &C::clickBackwardMenu, true, {597}, {0}, {}},
-        {"skip forward", 600, 1, &C::clickSkipForwardMenu, true, {665}, {0, 1}, {}},
-        {"two presses, one resume", 600, 1,
-         [](C &c) { c.clickForwardMenu(); c.clickForwardMenu(); }, true, {603, 606}, {0, 1}, {}},
         {"time slider past the end", 600, 1, [](C &c) { c.clickTimeSlider(5000); }, true, {1200},
          {0, 1}, {}},
-        {"volume up", 600, 1, &C::clickVolumeUpMenu, false, {}, {}, {1.1f}},
         {"volume slider", 600, 1, [](C &c) { c.clickVolumeSlider(3.33); }, false, {}, {}, {3.3f}},
         {"mute", 600, 1, &C::clickMuteButton, false, {}, {}, {0.0f}},
         // clang-format on

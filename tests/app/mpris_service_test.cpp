@@ -73,6 +73,7 @@ TEST_F(MprisWithPlayerctl, MetadataFollowsNextPreviousAndOpen) {
     ASSERT_EQ(title(), QStringLiteral("h264_aac.mkv"));
     playerctl({"next"});
     EXPECT_EQ(title(), QStringLiteral("long_h264_aac.mkv"));
+    EXPECT_FALSE(controller->hasPlaylistItemInDirection(+1)) << "at the end";
     EXPECT_EQ(playerctl({"metadata", "xesam:url"}),
               controller->playlist().reOpen.reOpenURL.toString());
     EXPECT_EQ(playerctl({"metadata", "mpris:trackid"}),  // playerctl quotes paths
@@ -82,6 +83,7 @@ TEST_F(MprisWithPlayerctl, MetadataFollowsNextPreviousAndOpen) {
     playerctl({"previous"});
     playerctl({"previous"});
     EXPECT_EQ(title(), QStringLiteral("h264_640x360.mkv"));
+    EXPECT_FALSE(controller->hasPlaylistItemInDirection(-1)) << "at the start";
 
     playerctl(
         {"open", QUrl::fromLocalFile(copyMedia("h264_aac_8s.mkv", "h264_aac_8s.mkv")).toString()});
@@ -90,16 +92,11 @@ TEST_F(MprisWithPlayerctl, MetadataFollowsNextPreviousAndOpen) {
     EXPECT_EQ(title(), QStringLiteral("h264_aac_8s.mkv"));
 }
 
-TEST_F(MprisWithPlayerctl, PositionMovesAndIsSet) {
+TEST_F(MprisWithPlayerctl, PositionIsSetAndMovedByAnOffset) {
     open({"long_h264_aac.mkv"});
     QList<double> seekTargets;
     QObject::connect(controller.get(), &AppController::seeked,
                      [&seekTargets](double sec) { seekTargets.append(sec); });
-    const double before = playerctl({"position"}).toDouble();
-    ASSERT_TRUE(test::processEventsUntil([this, before] {
-        return playerctl({"position"}).toDouble() > before + 0.2;
-    })) << "position does not move while playing";
-
     playerctl({"position", "4"});  // SetPosition on the current track
     ASSERT_FALSE(seekTargets.isEmpty());
     EXPECT_DOUBLE_EQ(seekTargets.last(), 4.0);

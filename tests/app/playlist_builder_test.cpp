@@ -176,33 +176,5 @@ TEST_F(PlaylistBuilding, ReopenedFileOffersNewEpisodesOfItsSeriesOnly) {
     EXPECT_EQ(nameOf(playlist.reOpen.reOpenURL), "show/Ep 2.mkv");
 }
 
-TEST_F(PlaylistBuilding, ARestartReopensTheLastOpenWhereItStopped) {
-    touch({"show/Ep 1.mkv", "show/Ep 2.mkv", "solo/Film.mkv"});
-    const struct {
-        const char *opened;
-        int currentIndex;
-        QStringList playList;
-        QStringList titles;
-    } cases[] = {
-        {"show", 1, {"show/Ep 1.mkv", "show/Ep 2.mkv"}, {"show"}},
-        {"solo/Film.mkv", 0, {"solo/Film.mkv"}, {"Film"}},
-    };
-    for (const auto &c : cases) {
-        open({QString::fromUtf8(c.opened)});
-        playlist.loadReOpenFieldsFromItemAtIndex(c.currentIndex);
-        playlist.reOpen.reOpenCTimeSec = 61.0;
-        records.saveTotalFdFlsData(QStringLiteral("auto"));
-
-        playlist = Playlist{};  // a restart keeps only what was stored
-        openedItems = OpenedItems{};
-        EXPECT_EQ(opening.reOpenFromRecentRecord(), OpeningOutcome::playlistBuilt) << c.opened;
-        EXPECT_EQ(playListNames(), c.playList) << c.opened;
-        EXPECT_EQ(playlist.indexPlay, c.currentIndex) << c.opened;
-        EXPECT_EQ(playlist.reOpen.reOpenCTimeSec, 61.0) << c.opened;
-        EXPECT_EQ(openedItems.openedListTitles, c.titles) << c.opened;
-    }
-    EXPECT_TRUE(question.askedCounts.isEmpty());
-}
-
 }  // namespace
 }  // namespace tolvane

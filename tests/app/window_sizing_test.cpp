@@ -53,7 +53,6 @@ TEST(WindowSizing, NaturalSizeKeepsTheSideTheScreenLeadsWith) {
         QRect screen;
         QSize expected;
     } cases[] = {
-        {{1920, 1080}, k16x9, kScreen16x9, {1920, 1080}},  // same ratio as the screen
         {{1920, 1080}, 2.35, kScreen16x10, {1920, 817}},   // wider than the screen: width kept
         {{1920, 1080}, k4x3, kScreen16x10, {1440, 1080}},  // narrower: height kept
         {{720, 576}, k16x9, kScreen16x10, {720, 405}},     // anamorphic DVD, 16:9 chosen

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
-#include <QImage>
 
 #include "app/app_controller.h"
 #include "app/app_test_support.h"
@@ -18,26 +17,7 @@
 namespace tolvane {
 namespace {
 
-using namespace std::chrono_literals;
-
 constexpr const char *kCaption = "1\n00:00:00,300 --> 00:00:01,900\nWWWW WWWW\n";
-
-int countPixels(const QImage &image, int firstRow, int endRow,
-                const std::function<bool(int x, int y)> &counts) {
-    int count = 0;
-    for (int y = firstRow; y < endRow; ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            count += counts(x, y) ? 1 : 0;
-        }
-    }
-    return count;
-}
-
-bool differs(QRgb a, QRgb b) {
-    return std::abs(qRed(a) - qRed(b)) + std::abs(qGreen(a) - qGreen(b)) +
-               std::abs(qBlue(a) - qBlue(b)) >
-           60;
-}
 
 // The road of a Native-mode file as a user opens it: the controller loads it
 // in the platform player, whose frames the view's renderer draws, and the
@@ -102,27 +82,6 @@ TEST(NativeModePlaybackTest, PlaysAnMp4ToItsEndWithCaptionsOverThePicture) {
         return !overlay.shownGroups().empty() && framesDrawn() > 5;
     })) << "frames drawn: "
         << framesDrawn();
-    // The overlay's first paint, which hands it to the picture's window, is
-    // queued behind the caption change.
-    test::processEventsUntil([] { return false; }, 200);
-    // The picture with its overlays, then with the captions hidden: the
-    // same frame (no event is handled in between), so what differs is the
-    // captions.
-    const QImage shown = view.grabFramebuffer().convertToFormat(QImage::Format_RGB32);
-    overlay.hide();
-    const QImage picture = view.grabFramebuffer().convertToFormat(QImage::Format_RGB32);
-    ASSERT_EQ(shown.size(), picture.size());
-    const int height = picture.height();
-    const int coloured = countPixels(picture, height / 4, 3 * height / 4,
-                                     [&](int x, int y) { return qGray(picture.pixel(x, y)) > 40; });
-    EXPECT_GT(coloured, picture.width() * height / 4) << "the decoded picture fills the view";
-    const auto captionPixels = [&](int firstRow, int endRow) {
-        return countPixels(shown, firstRow, endRow, [&](int x, int y) {
-            return differs(shown.pixel(x, y), picture.pixel(x, y));
-        });
-    };
-    EXPECT_GT(captionPixels(2 * height / 3, height), 100) << "the caption over the picture";
-    EXPECT_EQ(captionPixels(0, height / 2), 0) << "nothing else over the picture";
     EXPECT_GT(source.planeDrawCount(), 0) << "YUV frames go up as planes";
 
     // At the end the controller marks the item watched.
