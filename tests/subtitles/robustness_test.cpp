@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QRandomGenerator>
 #include <string_view>
 
 #include "processed_line_text.h"
@@ -92,15 +91,6 @@ TEST(Robustness, ManyReplacementsAndRows) {
     EXPECT_EQ(rows.rows.back().fill.text(), " x");
     EXPECT_EQ(rows.rows.back().rowKey, 200'000);
     EXPECT_EQ(pre_processingTag(repeated(u"&#65;", 1'000'000), u"srt"), repeated(u"A", 1'000'000));
-}
-
-// A NUL reference shows nothing, as it did where the captions were written.
-TEST(Robustness, CharacterReferencesOutsideUnicodeBecomeReplacementCharacters) {
-    const QString replacement(QChar(0xFFFD));
-    EXPECT_EQ(pre_processingTag(u"&#1114112;&#55296;&#57343;&#99999999999999999999;", u"smi"),
-              replacement.repeated(4));
-    EXPECT_EQ(pre_processingTag(u"a&#0;b&#00;c&#;d", u"smi"), u"abcd");
-    EXPECT_EQ(pre_processingTag(u"&#1114111;", u"smi"), QString::fromUcs4(U"\U0010FFFF"));
     EXPECT_EQ(pre_processingTag(repeated(u"&#", 1'000'000), u"smi"), repeated(u"&#", 1'000'000));
 }
 
@@ -150,29 +140,6 @@ TEST(Robustness, LongSrtLinesAndManyTimeLines) {
     const auto result = parsingSrtFileToTimeContent(manyTimeLines, u"srt", processor);
     ASSERT_TRUE(result.has_value());
     EXPECT_EQ(result->topdic.size(), 3);
-}
-
-TEST(Robustness, EmptyAndBinaryInput) {
-    const TagProcessor processor = test::fixedWidthProcessor();
-    EXPECT_TRUE(parsingSmiFileToLocalTimeContent(u"", u"smi", processor).empty());
-    EXPECT_FALSE(parsingSrtFileToTimeContent(u"", u"srt", processor).has_value());
-    EXPECT_TRUE(processor.processingTag(u"", u"smi").rows.empty());
-
-    QRandomGenerator random(20261121);
-    for (int round = 0; round < 20; ++round) {
-        QByteArray bytes(64 * 1024, Qt::Uninitialized);
-        random.fillRange(reinterpret_cast<quint32 *>(bytes.data()), bytes.size() / 4);
-        // Sprinkle markers so the parsers get past their first searches.
-        bytes.replace(100, 40, "<sync start=1><p class=A>00:00:01,0 -->");
-        for (const QString &text :
-             {QString::fromLatin1(bytes), QString::fromUtf8(bytes),
-              QString::fromUtf16(reinterpret_cast<const char16_t *>(bytes.constData()),
-                                 bytes.size() / 2)}) {
-            parsingSmiFileToLocalTimeContent(text, u"smi", processor);
-            parsingSrtFileToTimeContent(text, u"srt", processor);
-            processor.processingTag(text, u"srt");
-        }
-    }
 }
 
 }  // namespace

@@ -63,6 +63,7 @@ TEST(ParsingSmiFileToLocalTimeContent, GivesTimedLinesPerClass) {
          {"KRCC:-900000000=early;5=b"}},
         {"NoStartAnywhere", "<sync><p class=KRCC>a", {}},
         {"NoSync", "<p class=KRCC>a", {}},
+        {"Empty", "", {}},
     };
     // clang-format on
     const TagProcessor processor = test::fixedWidthProcessor();

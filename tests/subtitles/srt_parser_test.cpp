@@ -54,6 +54,7 @@ TEST(ParsingSrtFileToTimeContent, GivesTimedLines) {
          {"last=0", "-900000000= ", "1000=A", "2000="}},
         {"OnlyTimeLineFirst", "00:00:01,000 --> 00:00:02,000\nA\n", {"none"}},
         {"MarkersNeverTogether", "1\n00:00:01\n-->\n,", {"none"}},
+        {"Empty", "", {"none"}},
     };
     const TagProcessor processor = test::fixedWidthProcessor();
     for (const Case &c : cases) {
