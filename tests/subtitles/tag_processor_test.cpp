@@ -25,6 +25,10 @@ TEST(ProcessingTag, SplitsTheTextIntoRows) {
         {u"srt", "", {}},
         {u"srt", "a\n\nb\n", {"a", " ", "b"}},
         {u"smi", "<font color=red>a</font> <i>b</i><p>c", {"a bc"}},
+        // Colour pairs around nothing, as the SAMI fuzz target found them.
+        {u"smi", "<font color=red></font>", {}},
+        {u"smi", "<fontcolor=><font>", {}},
+        {u"smi", "<font color=red><font color=blue></font></font>", {}},
     };
     for (const Case &c : cases) {
         EXPECT_EQ(rowTexts(fixedWidthProcessor().processingTag(c.content, c.type)), c.rows)
