@@ -30,12 +30,6 @@ TEST(Robustness, TenMegabyteSingleLineWithTheSystemFont) {
         characters += row.fill.text().size() + 1;
     }
     EXPECT_EQ(characters - 1, line.size());  // a line feed between rows, none after the last
-
-    const QString sami = "<sync start=1><p class=A>" + line;
-    const auto classes =
-        parsingSmiFileToLocalTimeContent(sami, u"smi", test::fixedWidthProcessor());
-    ASSERT_EQ(classes.size(), 1u);
-    EXPECT_GT(classes.at("A").value("1").rows.size(), 1000u);
 }
 
 // Found by the SAMI fuzz target: a colour pair around no text at all.

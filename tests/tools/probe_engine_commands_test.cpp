@@ -51,20 +51,18 @@ TEST(ProbeCommands, ExitCodeAndResultPerCommand) {
 TEST(ProbeCommands, FramesPrintsTheFirstPicturesWithTimeAndChecksum) {
     const test::ProbeRun run = runProbe({"frames", mediaPath("h264_aac.mkv"), "--count", "5"});
     EXPECT_EQ(run.exitCode, 0);
-    QList<QJsonObject> lines;
-    for (const QByteArray &line : run.standardOutput.split('\n')) {
-        if (!line.isEmpty()) {
-            lines.push_back(QJsonDocument::fromJson(line).object());
-        }
-    }
-    ASSERT_EQ(lines.size(), 5);
+    QStringList frames;  // index, time, checksum length
     QSet<QString> checksums;
-    for (int i = 0; i < lines.size(); ++i) {
-        EXPECT_EQ(lines[i]["index"].toInt(), i);
-        EXPECT_NEAR(lines[i]["time"].toDouble(), 0.021 + 0.04 * i, 1e-9);
-        EXPECT_EQ(lines[i]["checksum"].toString().size(), 8);
-        checksums.insert(lines[i]["checksum"].toString());
+    for (const QByteArray &line : run.standardOutput.trimmed().split('\n')) {
+        const QJsonObject frame = QJsonDocument::fromJson(line).object();
+        frames << QStringLiteral("%1 %2 %3")
+                      .arg(frame["index"].toInt())
+                      .arg(frame["time"].toDouble())
+                      .arg(frame["checksum"].toString().size());
+        checksums.insert(frame["checksum"].toString());
     }
+    EXPECT_EQ(frames,
+              (QStringList{"0 0.021 8", "1 0.061 8", "2 0.101 8", "3 0.141 8", "4 0.181 8"}));
     EXPECT_EQ(checksums.size(), 5) << "the test pattern moves every frame";
 }
 
