@@ -40,22 +40,19 @@ TEST(ProcessingTag, ColoursOnlyTheFillString) {
     for (const bool isDefaultColor : {true, false}) {
         CaptionStyle style;
         style.isDefaultColor = isDefaultColor;
+        const QString base = isDefaultColor ? "#FFFFFF" : "#F1E581";  // white or pale yellow
         const ProcessedLine line = fixedWidthProcessor(6.0, style)
                                        .processingTag(u"a<font color=\"Red\">bc</font>d", u"smi");
         ASSERT_EQ(line.rows.size(), 1u);
-        // Fill and stroke colour of each fill character, then of the outline's.
-        QStringList colours;
-        for (const StyledString *string : {&line.rows[0].fill, &line.rows[0].outline}) {
-            for (qsizetype i = 0; i < 4; ++i) {
-                colours << string->attributesAt(i).fillColor.hexName() + '/' +
-                               string->attributesAt(i).strokeColor.hexName();
-            }
-        }
-        const QString base = isDefaultColor ? "#FFFFFF/#FFFFFF" : "#F1E581/#F1E581";
-        const QString black = "#000000/#000000";
-        EXPECT_EQ(colours, (QStringList{base, "#FF0000/#FF0000", "#FF0000/#FF0000", base, black,
-                                        black, black, black}));
-        EXPECT_EQ(line.rows[0].outline.runs().size(), 1u);
+        const ProcessedRow &row = line.rows[0];
+        EXPECT_EQ(row.fill.attributesAt(0).fillColor.hexName(), base);
+        EXPECT_EQ(row.fill.attributesAt(1).fillColor.hexName(), "#FF0000");
+        EXPECT_EQ(row.fill.attributesAt(1).strokeColor.hexName(), "#FF0000");
+        EXPECT_EQ(row.fill.attributesAt(2).fillColor.hexName(), "#FF0000");
+        EXPECT_EQ(row.fill.attributesAt(3).fillColor.hexName(), base);
+        EXPECT_EQ(row.fill.runs().size(), 3u);
+        EXPECT_EQ(row.outline.runs().size(), 1u);
+        EXPECT_EQ(row.outline.attributesAt(1).fillColor.hexName(), "#000000");
     }
 }
 
@@ -79,15 +76,15 @@ TEST(ProcessingTag, LinesOfOneProcessorShareTheirAttributes) {
 TEST(ProcessingTag, ItalicAndBoldFacesWithTheirMarkers) {
     const ProcessedLine line = fixedWidthProcessor().processingTag(u"<i>a<b>b</i>c</b>d", u"smi");
     ASSERT_EQ(line.rows.size(), 1u);
-    QStringList faces;  // "marker/italic bold" of each character, fill then outline
-    for (const StyledString *string : {&line.rows[0].fill, &line.rows[0].outline}) {
-        for (qsizetype i = 0; i < 4; ++i) {
+    const QStringList expectedMarkers = {"i", "ib", "b", ""};
+    for (qsizetype i = 0; i < 4; ++i) {
+        for (const StyledString *string : {&line.rows[0].fill, &line.rows[0].outline}) {
             const CaptionTextAttributes &attributes = string->attributesAt(i);
-            faces << attributes.marker + '/' + (attributes.italic ? "I" : "") +
-                         (attributes.bold ? "B" : "");
+            EXPECT_EQ(attributes.marker, expectedMarkers[i]) << i;
+            EXPECT_EQ(attributes.italic, expectedMarkers[i].contains('i')) << i;
+            EXPECT_EQ(attributes.bold, expectedMarkers[i].contains('b')) << i;
         }
     }
-    EXPECT_EQ(faces, (QStringList{"i/I", "ib/IB", "b/B", "/", "i/I", "ib/IB", "b/B", "/"}));
 }
 
 TEST(ProcessingTag, FontSizeAndStrokeWidthsFollowTheStyle) {
@@ -140,31 +137,25 @@ TEST(ProcessingTag, RubyAnnotationsSitUnderTheOddKeyOfTheirRow) {
     EXPECT_EQ(annotations, QStringList({"1-2 かん じ|かん じ 21", "4-4 a|a 21"}));
 }
 
-// 80 characters: at 6 px each 480 px, about 26 a row of at most 36; at 8 px
-// each 26 a row. Under 410 px, with a line break already, or without spaces: untouched.
 TEST(ProcessingTag, WrapsALongSingleLineIntoEvenRows) {
+    // 80 characters; at 6 px each the line measures 480 px, narrow characters.
     const QString words = QStringLiteral(
         "The quick brown fox jumps over the lazy dog while seven wizards quietly watch on");
-    const struct {
-        double characterWidth;
-        QString text;
-        qsizetype rows;
-    } cases[] = {{6.0, words, 3},
-                 {8.0, words, 4},
-                 {5.0, words, 1},
-                 {8.0, words + "\nx", 2},
-                 {8.0, QString(80, 'x'), 1}};
-    for (const auto &c : cases) {
-        const QStringList rows =
-            rowTexts(fixedWidthProcessor(c.characterWidth).processingTag(c.text, u"srt"));
-        EXPECT_EQ(rows.size(), c.rows) << c.characterWidth << " " << c.text.size();
-        if (c.text == words) {
-            for (const QString &row : rows) {
-                EXPECT_LE(row.size(), c.rows == 1 ? 80 : 36) << row.toStdString();
-            }
-            EXPECT_EQ(rows.join(' '), words);
-        }
+    ASSERT_EQ(words.size(), 80);
+    const QStringList narrow = rowTexts(fixedWidthProcessor(6.0).processingTag(words, u"srt"));
+    ASSERT_EQ(narrow.size(), 3);  // 36 per line: 3 lines of about 26
+    for (const QString &row : narrow) {
+        EXPECT_LE(row.size(), 36) << row.toStdString();
     }
+    EXPECT_EQ(narrow.join(' '), words);
+    // At 8 px each the average is wide: 26 per line.
+    const QStringList wide = rowTexts(fixedWidthProcessor(8.0).processingTag(words, u"srt"));
+    EXPECT_EQ(wide.size(), 4);
+    EXPECT_EQ(wide.join(' '), words);
+    // Under 410 px, with a line break already, or without spaces: untouched.
+    EXPECT_EQ(rowTexts(fixedWidthProcessor(5.0).processingTag(words, u"srt")).size(), 1);
+    EXPECT_EQ(rowTexts(fixedWidthProcessor(8.0).processingTag(words + "\nx", u"srt")).size(), 2);
+    EXPECT_EQ(rowTexts(fixedWidthProcessor(8.0).processingTag(QString(80, 'x'), u"srt")).size(), 1);
 }
 
 }  // namespace
