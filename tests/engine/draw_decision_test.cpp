@@ -27,7 +27,6 @@ TEST(DrawDecision, NextFrameByHowFarItIsFromTheClock) {
         std::optional<bool> isSkipping;
     };
     const Case cases[] = {
-        {9.9, true, true, NextFrameAction::MakeCurrent, false},           // 0.1 s behind: shown
         {10.0, true, true, NextFrameAction::MakeCurrent, false},          // exactly due
         {9.85, true, true, NextFrameAction::MakeCurrent, false},          // near the limit
         {9.8, true, false, NextFrameAction::Discard, true},               // 0.2 s behind: dropped
@@ -35,7 +34,6 @@ TEST(DrawDecision, NextFrameByHowFarItIsFromTheClock) {
         {std::nullopt, true, false, NextFrameAction::None, std::nullopt},
         // The first picture does not wait for the clock, which waits for it,
         // and is better shown late than not at all.
-        {10.05, false, true, NextFrameAction::MakeCurrent, false},
         {12.0, false, true, NextFrameAction::MakeCurrent, false},
         {9.8, false, true, NextFrameAction::MakeCurrent, false},
     };
@@ -83,50 +81,52 @@ TEST(DrawDecision, ClearsOnlyUntilThereIsSomethingToShow) {
     }
 }
 
-TEST(DrawDecision, AfterAResizeTheOldFrameIsRedrawnWithoutTakingANewOne) {
-    DrawDecisionState state = playing(9.9);
-    state.isResized = true;
-    DrawDecision decision = decideDraw(state);
-    EXPECT_TRUE(decision.answer);
-    EXPECT_EQ(decision.frameAction, NextFrameAction::None);
-    EXPECT_FALSE(decision.isResized);
-    EXPECT_FALSE(decision.rebuildDrawingState);
-    EXPECT_FALSE(decision.stopAsynchronous);
-
-    // Nothing to redraw yet: the next picture is judged as without a resize.
-    state.hasCurrentFrame = false;
-    decision = decideDraw(state);
-    EXPECT_TRUE(decision.answer);
-    EXPECT_EQ(decision.frameAction, NextFrameAction::MakeCurrent);
-    state.nextFrameTimeSec.reset();
-    EXPECT_FALSE(decideDraw(state).answer);
-    state.rate = 0.0;
-    EXPECT_TRUE(decideDraw(state).stopAsynchronous) << "resized while paused: no more refreshes";
+// "draw" or "wait", the action on the next picture, then the flags set.
+std::string summary(const DrawDecision &decision) {
+    static const char *const kActions[] = {"none", "offer-again", "make-current", "discard"};
+    std::string text = decision.answer ? "draw " : "wait ";
+    text += kActions[int(decision.frameAction)];
+    if (decision.rebuildDrawingState) {
+        text += " rebuild " + std::to_string(decision.countAfterChangeScreen);
+    }
+    text += decision.isResized ? " resized" : "";
+    text += decision.stopAsynchronous ? " stop" : "";
+    text += decision.isSeekingVideoCleared ? " seek-cleared" : "";
+    return text;
 }
 
-TEST(DrawDecision, ChangeOfScreenRebuildsForAsManyDecisionsAsCounted) {
-    DrawDecisionState state = playing(9.9);
-    state.isResized = true;
-    state.countAfterChangeScreen = 2;
-    DrawDecision first = decideDraw(state);
-    EXPECT_TRUE(first.rebuildDrawingState);
-    EXPECT_EQ(first.countAfterChangeScreen, 1);
-    EXPECT_TRUE(first.isResized) << "stays set until the rebuilds are done";
-
-    state.countAfterChangeScreen = first.countAfterChangeScreen;
-    DrawDecision second = decideDraw(state);
-    EXPECT_TRUE(second.rebuildDrawingState);
-    EXPECT_EQ(second.countAfterChangeScreen, 0);
-    EXPECT_FALSE(second.isResized);
-}
-
-TEST(DrawDecision, SeekPreviewIsDrawnOnceAndTheFlagCleared) {
-    DrawDecisionState state = playing(9.9);
-    state.isSeekingVideo = true;
-    const DrawDecision decision = decideDraw(state);
-    EXPECT_TRUE(decision.answer);
-    EXPECT_TRUE(decision.isSeekingVideoCleared);
-    EXPECT_EQ(decision.frameAction, NextFrameAction::None);
+// After a resize the old frame is redrawn without taking a new one; a change
+// of screen rebuilds for as many decisions as counted; a seek preview is drawn
+// once and its flag cleared.
+TEST(DrawDecision, ResizeChangeOfScreenAndSeekPreviewRedrawWithoutTakingAPicture) {
+    struct Case {
+        bool isResized;
+        int countAfterChangeScreen;
+        bool hasCurrentFrame;
+        std::optional<double> nextFrameTimeSec;
+        double rate;
+        bool isSeekingVideo;
+        const char *expected;
+    };
+    const Case cases[] = {
+        {true, 0, true, 9.9, 1.0, false, "draw none"},
+        // Nothing to redraw yet: the next picture is judged as without a resize.
+        {true, 0, false, 9.9, 1.0, false, "draw make-current"},
+        {true, 0, false, std::nullopt, 1.0, false, "wait none"},
+        {true, 0, false, std::nullopt, 0.0, false, "wait none stop"},
+        {true, 2, true, 9.9, 1.0, false, "draw none rebuild 1 resized"},
+        {true, 1, true, 9.9, 1.0, false, "draw none rebuild 0"},
+        {false, 0, true, 9.9, 1.0, true, "draw none seek-cleared"},
+    };
+    for (const Case &c : cases) {
+        DrawDecisionState state = playing(c.nextFrameTimeSec);
+        state.isResized = c.isResized;
+        state.countAfterChangeScreen = c.countAfterChangeScreen;
+        state.hasCurrentFrame = c.hasCurrentFrame;
+        state.rate = c.rate;
+        state.isSeekingVideo = c.isSeekingVideo;
+        EXPECT_EQ(summary(decideDraw(state)), c.expected) << &c - cases;
+    }
 }
 
 }  // namespace

@@ -7,7 +7,6 @@
 namespace tolvane::subtitles {
 namespace {
 
-// References outside Unicode are among the robustness tests.
 TEST(PreProcessingTag, NormalizesAsTheCaptionFilesExpect) {
     struct Case {
         const char *type;
@@ -26,6 +25,9 @@ TEST(PreProcessingTag, NormalizesAsTheCaptionFilesExpect) {
         {"smi", "&#6;5;", "A"},  // semicolons inside the digit run
         {"smi", "&#128512;", QString::fromUcs4(U"\U0001F600")},
         {"smi", "&#x41;", "&#x41;"},
+        {"smi", "&#1114111;", QString::fromUcs4(U"\U0010FFFF")},
+        {"smi", "&#1114112;&#55296;&#57343;&#99999999999999999999;", QString(4, QChar(0xFFFD))},
+        {"smi", "a&#0;b&#00;c&#;d", "abcd"},  // NUL shows nothing, as where the captions were made
         // Repairs and removals
         {"smi", "<i>a</ i>", "<i>a</i>"},
         {"smi", "<font color=red>a<font>b", "<font color=red>a</font>b"},

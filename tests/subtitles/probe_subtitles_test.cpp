@@ -77,13 +77,6 @@ TEST(ProbeCaptionCommands, OptionsAndJson) {
          R"("snd":{"entry":0,"key":"1000","rows":["One"]}},)"
          R"({"at":2000,"fst":{"entry":1,"key":"2000","rows":["셋"]},)"
          R"("snd":{"entry":0,"key":"2000","rows":["Three"]}}])"},
-        {{"captions", video, "--at", "1000", "--toggle", "0", "--integrated"},
-         0,
-         R"([{"at":1000,"fst":{"entry":1,"key":"1000","rows":["하나","둘"]},)"
-         R"("snd":{"entry":0,"key":"1000","rows":["One"]}}])"},
-        {{"captions", video, "--at", "1000", "--toggle", "1"},
-         0,
-         R"([{"at":1000,"fst":null,"snd":null}])"},
         {{"parse"}, 2, ""},
         {{"parse", korean, "--type", "vtt"}, 2, ""},
         {{"parse", korean, "--encoding", "no-such"}, 2, ""},

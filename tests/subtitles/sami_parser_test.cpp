@@ -63,6 +63,9 @@ TEST(ParsingSmiFileToLocalTimeContent, GivesTimedLinesPerClass) {
          {"KRCC:-900000000=early;5=b"}},
         {"NoStartAnywhere", "<sync><p class=KRCC>a", {}},
         {"NoSync", "<p class=KRCC>a", {}},
+        {"Empty", "", {}},
+        {"OversizedAndNegativeStarts", "<sync start=12345678901234567890><p class=A>a<sync start=-5><p class=A>b",
+         {"A:-900000000= ;-5=b;12345678901234567890=a"}},
     };
     // clang-format on
     const TagProcessor processor = test::fixedWidthProcessor();

@@ -54,6 +54,14 @@ TEST(ParsingSrtFileToTimeContent, GivesTimedLines) {
          {"last=0", "-900000000= ", "1000=A", "2000="}},
         {"OnlyTimeLineFirst", "00:00:01,000 --> 00:00:02,000\nA\n", {"none"}},
         {"MarkersNeverTogether", "1\n00:00:01\n-->\n,", {"none"}},
+        {"Empty", "", {"none"}},
+        {"OversizedAndNegativeTimes",
+         "1\n4294967296:00:00,000 --> 99999999999999999999:00:00,000\nhuge\n\n"
+         "2\n-1:00:00,000 --> -00:00:00,-20\nnegative\n",
+         {"last=2", "-900000000= ", "-3600000=negative", "-20=", "2147483647="}},  // the end wins
+        {"OversizedCueNumber",
+         "99999999999999999999\n00:00:01,000 --> 00:00:02,000\nx",
+         {"last=2147483647", "-900000000= ", "1000=x", "2000="}},
     };
     const TagProcessor processor = test::fixedWidthProcessor();
     for (const Case &c : cases) {

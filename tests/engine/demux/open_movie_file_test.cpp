@@ -106,11 +106,11 @@ TEST(OpenMovieFile, TracksRecordListsEveryAudioStreamKeyedByIndexAndPlaysTheFirs
 
 // What a reset leaves, compared with what a fresh engine holds.
 auto resetStateOf(MyCAOpenGLLayer &engine) {
-    return std::make_tuple(engine.hasPacketThread(), engine.videoPacketCount(),
-                           engine.audioPacketCount(), engine.videoStreamIndex(),
-                           engine.audioStreamIndex(), engine.rate(), engine.fileDurationSec(),
-                           engine.audioBytesPerChannel(), engine.isUglyKeyframe(),
-                           engine.tracks().isEmpty());
+    return std::make_tuple(
+        engine.hasPacketThread(), engine.videoPacketCount(), engine.audioPacketCount(),
+        engine.videoStreamIndex(), engine.audioStreamIndex(), engine.rate(),
+        engine.fileDurationSec(), engine.audioBytesPerChannel(), engine.isUglyKeyframe(),
+        engine.tracks().isEmpty(), engine.hasPixelThread(), engine.bitmapDataCount());
 }
 
 TEST(CleanBeforeOpenFile, LeavesAFreshEnginesStateAndIsHarmlessTwice) {
@@ -122,7 +122,9 @@ TEST(CleanBeforeOpenFile, LeavesAFreshEnginesStateAndIsHarmlessTwice) {
     EXPECT_TRUE(engine.isUglyKeyframe());
     engine.setRate(1.0);
     engine.startPacketThread();
-    ASSERT_TRUE(test::waitUntil([&] { return engine.videoPacketCount() > 0; }));
+    engine.startPixelThread();
+    // The pixel thread fills the list to the wanted length and stops there.
+    ASSERT_TRUE(test::waitUntil([&] { return engine.bitmapDataCount() == kMaxQueuedBitmaps; }));
     engine.cleanBeforeOpenFile();
     engine.cleanBeforeOpenFile();
     EXPECT_EQ(resetStateOf(engine), resetStateOf(fresh));

@@ -85,21 +85,6 @@ TEST_F(PixelPathTest, InterlacedFileSwitchesToTheFirstFieldOncePostingOnce) {
     EXPECT_FALSE(engine.isInterlaced());
 }
 
-TEST_F(PixelPathTest, ThreadsFillTheListToTheWantedLengthAndStop) {
-    open("h264_aac.mkv");
-    engine.startPacketThread();
-    engine.startPixelThread();
-    engine.startPixelThread();  // a second start keeps the running thread
-    EXPECT_TRUE(engine.hasPixelThread());
-    ASSERT_TRUE(test::waitUntil([&] { return engine.bitmapDataCount() == kMaxQueuedBitmaps; }));
-    engine.stopPixelThread();
-    engine.stopPacketThread();
-    EXPECT_FALSE(engine.hasPixelThread());
-    EXPECT_EQ(engine.bitmapDataCount(), kMaxQueuedBitmaps);
-    engine.cleanBeforeOpenFile();
-    EXPECT_EQ(engine.bitmapDataCount(), 0);
-}
-
 // The first picture decoded while a seek waits to be drawn is its preview;
 // those decoded before the draw decision takes it must reach the list, or the
 // user sees a freeze and a jump after every seek.

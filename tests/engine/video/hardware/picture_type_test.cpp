@@ -139,7 +139,6 @@ TEST(PictureType, LettersOfEncodedFilesFollowTheirKeyFramesAndBFrames) {
     };
     const Case cases[] = {
         {"h264_aac.mp4", true},         // avcC, 4-byte lengths, -bf 2
-        {"h264_aac.mkv", true},         // avcC in Matroska
         {"no_timestamps.h264", false},  // Annex B, -bf 0
         {"starts_late.ts", false},      // Annex B in MPEG-TS
     };
